@@ -1,0 +1,20 @@
+# What every target of this tree shares: language level, warnings as errors, sanitizers, output folder.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+                    -Woverloaded-virtual -Wformat=2 -Wimplicit-fallthrough -Werror)
+if(QLX_SANITIZE)
+  add_compile_options(-fsanitize=${QLX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${QLX_SANITIZE})
+endif()
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)

@@ -1,0 +1,66 @@
+// The one configuration document of a run: the pages read and write the file through nothing else.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "config/ConfigNode.h"
+#include "config/xmlclass.h"
+
+namespace qlx {
+
+/// Owned by the main dialog, lent by pointer to every page, used on the user-interface thread only.
+class ConfigDocument {
+ public:
+  /// ReadTree's answer when no file has been opened.
+  static constexpr int kNotLoaded = 1006;
+
+  /// Shows a box with the error icon.
+  using ShowSaveError = std::function<void(const std::wstring& title, const std::wstring& text)>;
+
+  ConfigDocument(std::unique_ptr<xmlclass> xml, ShowSaveError show_save_error);
+
+  /// Loads `path`. With `create_if_missing` a missing or unreadable file gives an empty document.
+  bool Open(const std::wstring& path, bool create_if_missing);
+
+  /// Writes the file; an empty `path` means the one that was opened. On success changed() is true; a failure
+  /// is shown and leaves the old file whole and changed() as it was. Nothing happens before an Open
+  /// succeeded.
+  void Save(const std::wstring& path = {});
+
+  /// Every element `name` with its descendants into `result`. 0, or kNotLoaded with an empty result.
+  int ReadTree(const std::wstring& name, std::vector<ConfigNode>& result);
+
+  /// True when an element `name` occurs anywhere in `trees`.
+  static bool FindNode(const std::vector<ConfigNode>& trees, const std::wstring& name);
+
+  void AddNode(const std::wstring& parent, const std::wstring& name, const std::wstring& text,
+               const AttributeMap& attributes);
+
+  /// Adds `node` with its descendants under `parent_path` (empty: the document itself).
+  void AddTree(const ConfigNode& node, const std::wstring& parent_path);
+
+  /// The child elements of MZP / `section` in document order; empty when there are none.
+  std::vector<ConfigNode> ReadSection(const std::wstring& section);
+
+  /// Writes text and attributes of MZP / `section` / `key`, appending the element when it is missing.
+  void SetValue(const std::wstring& section, const std::wstring& key, const std::wstring& text,
+                const AttributeMap& attributes = {});
+
+  bool loaded() const { return loaded_; }
+  const std::wstring& path() const { return path_; }
+  /// True once a save succeeded in this run; only the COM Ports page clears it, after its own restart.
+  bool changed() const { return changed_; }
+  void ClearChanged() { changed_ = false; }
+
+ private:
+  std::unique_ptr<xmlclass> xml_;
+  bool loaded_ = false;
+  std::wstring path_;
+  bool changed_ = false;
+  ShowSaveError show_save_error_;
+};
+
+}  // namespace qlx
