@@ -1,0 +1,107 @@
+// Benchmarks by interleaved rounds: every contender runs once a round, so that a machine that slows down or
+// speeds up meanwhile does so for all of them.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qlx::bench {
+
+/// Seconds that `work` takes once.
+template <typename Work>
+double Seconds(Work&& work) {
+  const auto start = std::chrono::steady_clock::now();
+  std::forward<Work>(work)();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+inline double Median(std::vector<double> figures) {
+  std::sort(figures.begin(), figures.end());
+  const std::size_t middle = figures.size() / 2;
+  return figures.size() % 2 == 1 ? figures[middle] : (figures[middle - 1] + figures[middle]) / 2;
+}
+
+/// One comparison. The first contender is the floor that the others are measured against.
+class Rounds {
+ public:
+  /// `unit` is what the contenders return, such as "records/s" or "ms".
+  Rounds(std::string title, std::string unit) : title_(std::move(title)), unit_(std::move(unit)) {}
+
+  /// `run` does its work once and returns one figure in the unit.
+  Rounds& Add(std::string name, std::function<double()> run) {
+    contenders_.push_back({std::move(name), std::move(run), {}});
+    return *this;
+  }
+
+  /// Runs `rounds` rounds (at least 5) after one round that is not counted, and prints the table.
+  void Run(int rounds = 5) {
+    if (rounds < 5) throw std::invalid_argument("a median needs at least 5 rounds");
+    for (int round = -1; round < rounds; ++round) {
+      for (Contender& contender : contenders_) {
+        const double figure = contender.run();
+        if (round >= 0) contender.figures.push_back(figure);
+      }
+    }
+    Print();
+  }
+
+  /// Median over the rounds of `name`'s figure divided by `floor`'s figure of the same round.
+  double Ratio(const std::string& name, const std::string& floor) const {
+    const Contender& above = Find(name);
+    const Contender& below = Find(floor);
+    std::vector<double> ratios;
+    for (std::size_t round = 0; round < above.figures.size(); ++round)
+      ratios.push_back(above.figures[round] / below.figures[round]);
+    return Median(std::move(ratios));
+  }
+
+  /// Prints one line "ok" or "MISSED" for the ratio and returns whether it holds.
+  bool AtLeast(double bound, const std::string& name, const std::string& floor) const {
+    return Judge(Ratio(name, floor) >= bound, "at least", bound, name, floor);
+  }
+  bool AtMost(double bound, const std::string& name, const std::string& floor) const {
+    return Judge(Ratio(name, floor) <= bound, "at most", bound, name, floor);
+  }
+
+ private:
+  struct Contender {
+    std::string name;
+    std::function<double()> run;
+    std::vector<double> figures;
+  };
+
+  const Contender& Find(const std::string& name) const {
+    const auto found = std::find_if(contenders_.begin(), contenders_.end(),
+                                    [&](const Contender& contender) { return contender.name == name; });
+    if (found == contenders_.end()) throw std::invalid_argument("no contender " + name);
+    return *found;
+  }
+
+  void Print() const {
+    std::printf("%s (%s, %zu rounds)\n", title_.c_str(), unit_.c_str(), contenders_.front().figures.size());
+    std::printf("  %-36s %14s %14s %14s %8s\n", "", "median", "least", "most", "ratio");
+    for (const Contender& contender : contenders_) {
+      const auto [least, most] = std::minmax_element(contender.figures.begin(), contender.figures.end());
+      std::printf("  %-36s %14.2f %14.2f %14.2f %7.3fx\n", contender.name.c_str(), Median(contender.figures),
+                  *least, *most, Ratio(contender.name, contenders_.front().name));
+    }
+  }
+
+  static bool Judge(bool holds, const char* sense, double bound, const std::string& name,
+                    const std::string& floor) {
+    std::printf("  %s: %s %s %.2fx %s\n", holds ? "ok" : "MISSED", name.c_str(), sense, bound, floor.c_str());
+    return holds;
+  }
+
+  std::string title_;
+  std::string unit_;
+  std::vector<Contender> contenders_;
+};
+
+}  // namespace qlx::bench
