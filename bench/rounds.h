@@ -88,7 +88,7 @@ class Rounds {
     std::printf("  %-36s %14s %14s %14s %8s\n", "", "median", "least", "most", "ratio");
     for (const Contender& contender : contenders_) {
       const auto [least, most] = std::minmax_element(contender.figures.begin(), contender.figures.end());
-      std::printf("  %-36s %14.2f %14.2f %14.2f %7.3fx\n", contender.name.c_str(), Median(contender.figures),
+      std::printf("  %-36s %14.6g %14.6g %14.6g %7.3fx\n", contender.name.c_str(), Median(contender.figures),
                   *least, *most, Ratio(contender.name, contenders_.front().name));
     }
   }

@@ -1,0 +1,39 @@
+#include "log/Logger.h"
+
+namespace qlx {
+namespace {
+
+constexpr std::wstring_view kDefaultPath = L"C:\\Program Files\\Harlune\\MZP\\BIN\\QLXConfig.xml";
+
+/// The keys as the file holds them now; both readers look for the file themselves.
+std::vector<ConfigNode> ReadKeys(const LoggerSystem& system) {
+  const std::wstring path =
+      system.program.PathBesideExecutable(L"QLXConfig.xml").value_or(std::wstring(kDefaultPath));
+  system.debug_output.Write(L"[MZP]: Log Library XML File Path = " + path);
+  // On a platform that knows no drive letters the default path would name a file of the current directory.
+  if (!system.program.IsAbsolutePath(path)) return {};
+  return system.read_keys(path);
+}
+
+LogSettings ReadSettings(const LoggerSystem& system) {
+  LogSettings settings;
+  ReadFilterKeys(ReadKeys(system), settings);
+  system.debug_output.Write(L"[MZP]: Log Library TCP Port = " + std::to_wstring(settings.port));
+  ReadFileKeys(ReadKeys(system), settings);
+  return settings;
+}
+
+}  // namespace
+
+Logger::Logger(const LoggerSystem& system)
+    : program_(system.program),
+      settings_(ReadSettings(system)),
+      delivery_(settings_.port, system.make_socket) {}
+
+void Logger::Write(std::uint32_t module, std::uint32_t level, std::string_view text) {
+  LogRecord record{module, level, text, program_.Now(), program_.ThreadId(), program_.ProcessId()};
+  const std::lock_guard instance(instance_lock_);
+  delivery_.Deliver(formatter_.Format(record));
+}
+
+}  // namespace qlx

@@ -1,0 +1,129 @@
+#include "platform/tcp_socket.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <new>
+
+#include <arpa/inet.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace qlx::platform {
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr int kNone = -1;
+
+sockaddr_in Address(std::uint32_t address, std::uint16_t port) {
+  sockaddr_in result{};
+  result.sin_family = AF_INET;
+  result.sin_addr.s_addr = htonl(address);
+  result.sin_port = htons(port);
+  return result;
+}
+
+const sockaddr* Plain(const sockaddr_in& address) {
+  return reinterpret_cast<const sockaddr*>(&address);
+}
+
+/// A machine whose resolver does not know "localhost" still has its loopback address.
+std::optional<std::uint32_t> WithoutResolver(const std::string& host) {
+  if (host != "localhost") return std::nullopt;
+  return INADDR_LOOPBACK;
+}
+
+timespec Remaining(steady_clock::time_point end) {
+  const auto left = std::max(end - steady_clock::now(), steady_clock::duration::zero());
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+  return {seconds.count(), std::chrono::nanoseconds(left - seconds).count()};
+}
+
+class BsdSocket final : public TcpSocket {
+ public:
+  BsdSocket() = default;
+  BsdSocket(const BsdSocket&) = delete;
+  BsdSocket& operator=(const BsdSocket&) = delete;
+  ~BsdSocket() override { Close(); }
+
+  // The kernel's sockets need neither start nor stop.
+  bool Start() override { return true; }
+  void Stop() override {}
+
+  std::optional<std::uint32_t> Resolve(const std::string& host) override {
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET;
+    wanted.ai_socktype = SOCK_STREAM;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host.c_str(), nullptr, &wanted, &found) != 0) return WithoutResolver(host);
+    const auto* first = reinterpret_cast<const sockaddr_in*>(found->ai_addr);
+    const std::uint32_t address = ntohl(first->sin_addr.s_addr);
+    freeaddrinfo(found);
+    return address;
+  }
+
+  bool Create() override {
+    Close();
+    socket_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
+    return socket_ != kNone;
+  }
+
+  bool BindToAny() override {
+    const sockaddr_in any = Address(INADDR_ANY, 0);
+    return bind(socket_, Plain(any), sizeof any) == 0;
+  }
+
+  bool Connect(std::uint32_t address, std::uint16_t port, std::chrono::milliseconds limit) override {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit);
+    const auto rest = std::chrono::microseconds(limit - seconds);
+    // The send time-out bounds connect too, and keeps a send from blocking when memory runs out under it.
+    const timeval bound{seconds.count(), rest.count()};
+    if (setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &bound, sizeof bound) != 0) return false;
+    const sockaddr_in peer = Address(address, port);
+    int result = 0;
+    do {
+      result = connect(socket_, Plain(peer), sizeof peer);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+  }
+
+  WaitEnd WaitWritable(std::chrono::microseconds limit) override {
+    const auto end = steady_clock::now() + limit;
+    pollfd wait{socket_, POLLOUT, 0};
+    int ready = 0;
+    do {
+      const timespec left = Remaining(end);
+      ready = ppoll(&wait, 1, &left, nullptr);
+    } while (ready < 0 && errno == EINTR);
+    if (ready == 0) return WaitEnd::kTimedOut;
+    return ready > 0 && (wait.revents & POLLNVAL) == 0 ? WaitEnd::kReady : WaitEnd::kFailed;
+  }
+
+  bool Send(std::string_view bytes) override {
+    ssize_t taken = 0;
+    do {
+      taken = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    } while (taken < 0 && errno == EINTR);
+    return taken >= 0;
+  }
+
+  void Close() override {
+    if (socket_ != kNone) close(socket_);
+    socket_ = kNone;
+  }
+
+ private:
+  int socket_ = kNone;
+};
+
+}  // namespace
+
+std::unique_ptr<TcpSocket> MakeTcpSocket() {
+  return std::unique_ptr<TcpSocket>(new (std::nothrow) BsdSocket);
+}
+
+}  // namespace qlx::platform
