@@ -29,7 +29,8 @@ class RestartTarget {
 };
 
 /// One restart at a time: framework service stopped, logging service stopped, then started in the other
-/// order.
+/// order. The wait for a service to stop has no limit, so the worker may run for as long as a service hangs;
+/// it holds no lock and blocks no signal meanwhile, and ending the process ends it.
 class ServiceRestart {
  public:
   using OpenManager = std::function<std::unique_ptr<platform::ServiceManager>()>;
@@ -38,15 +39,17 @@ class ServiceRestart {
   ServiceRestart(OpenManager open_manager, RestartTarget& target, RestartEnd end);
   ServiceRestart(const ServiceRestart&) = delete;
   ServiceRestart& operator=(const ServiceRestart&) = delete;
-  /// Waits for a running worker.
+  /// Waits for a running worker; must therefore not happen within one of the worker's reports.
   ~ServiceRestart();
 
-  /// Starts the worker. False, and nothing done, while one still runs.
+  /// Starts the worker. False, and nothing done, while one still runs. Call it from one thread.
   bool Start();
+  /// True until the last report has returned.
   bool running() const { return running_; }
 
  private:
   void Work();
+  bool Restart();
 
   OpenManager open_manager_;
   RestartTarget& target_;
