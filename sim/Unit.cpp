@@ -23,7 +23,7 @@ void Unit::Enqueue(const Job& job) {
   if (job_) Finish("canceled");
   job_ = job;
   // Not at once: the caller has its answer while the unit is still in its old state, as with systemd.
-  run_ = loop_.After(milliseconds(1), [this] { RunJob(); });
+  run_ = loop_.After(behaviour_.queue_takes, [this] { RunJob(); });
 }
 
 void Unit::RunJob() {
@@ -33,11 +33,19 @@ void Unit::RunJob() {
   const bool starting = state_ == ActiveState::kActivating;
   if (job_->kind == JobKind::kStart) {
     if (up) return Finish("done");
-    if (down) Begin(ActiveState::kActivating, behaviour_.start_takes, behaviour_.hang_starting);
+    if (down) BeginStart();
   } else {
     if (down) return Finish("done");
     if (up || starting) Begin(ActiveState::kDeactivating, behaviour_.stop_takes, behaviour_.hang_stopping);
   }
+}
+
+void Unit::BeginStart() {
+  if (!behaviour_.fail_start) {
+    return Begin(ActiveState::kActivating, behaviour_.start_takes, behaviour_.hang_starting);
+  }
+  Enter(ActiveState::kFailed);
+  Finish("failed");
 }
 
 void Unit::Begin(ActiveState pending, milliseconds takes, bool hangs) {
@@ -53,8 +61,7 @@ void Unit::Release() {
 
 void Unit::EndPending() {
   const bool starting = state_ == ActiveState::kActivating;
-  bool good = starting ? !behaviour_.fail_start : !behaviour_.fail_stop;
-  if (starting) good = good && events_.start();
+  const bool good = starting ? events_.start() : !behaviour_.fail_stop;
   if (!starting) events_.stop();
   const ActiveState end = starting ? ActiveState::kActive : ActiveState::kInactive;
   Enter(good ? end : ActiveState::kFailed);

@@ -13,6 +13,7 @@ namespace qlx::sim {
 
 /// A good unit starts and stops at once; each member is one departure from that.
 struct UnitBehaviour {
+  std::chrono::milliseconds queue_takes{1};  ///< a job waits; never 0, as with systemd
   std::chrono::milliseconds start_takes{0};
   std::chrono::milliseconds stop_takes{0};
   bool stopped = false;        ///< not running at the beginning
@@ -22,7 +23,7 @@ struct UnitBehaviour {
   bool hang_stopping = false;  ///< stays deactivating until released
   bool hang_starting = false;  ///< stays activating until released
   bool fail_stop = false;      ///< stopping ends in "failed"
-  bool fail_start = false;     ///< starting ends in "failed"
+  bool fail_start = false;     ///< starting goes straight to "failed"
   bool lose_bus = false;       ///< a request to stop ends the bus instead
 };
 
@@ -62,6 +63,7 @@ class Unit {
 
  private:
   void RunJob();
+  void BeginStart();
   void Begin(ActiveState pending, std::chrono::milliseconds takes, bool hangs);
   void EndPending();
   void Enter(ActiveState state);

@@ -36,8 +36,8 @@ constexpr Departure kDepartures[] = {
     {"--refuse-start", "a request to start is denied", &UnitBehaviour::refuse_start},
     {"--hang-stopping", "once asked to stop, it stays deactivating", &UnitBehaviour::hang_stopping},
     {"--hang-starting", "once asked to start, it stays activating", &UnitBehaviour::hang_starting},
-    {"--fail-stop", "stopping ends in the state failed", &UnitBehaviour::fail_stop},
-    {"--fail-start", "starting ends in the state failed", &UnitBehaviour::fail_start},
+    {"--fail-stop", "a stop ends in the state failed", &UnitBehaviour::fail_stop},
+    {"--fail-start", "a start goes straight to the state failed", &UnitBehaviour::fail_start},
     {"--lose-bus", "a request to stop ends the bus", &UnitBehaviour::lose_bus},
 };
 
