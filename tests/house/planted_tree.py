@@ -5,6 +5,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
+LIMIT = 60  # seconds, for a command that should take one or two
 HOUSE = Path(__file__).resolve().parents[2]
 
 
@@ -21,9 +22,11 @@ class PlantedTree(unittest.TestCase):
         target.parent.mkdir(parents=True, exist_ok=True)
         target.write_text(text, encoding="utf-8")
 
+    def run_command(self, *command, **options):
+        return subprocess.run(command, capture_output=True, text=True, check=False, timeout=LIMIT, **options)
+
     def run_check(self, *more, **options):
-        command = [HOUSE / "scripts" / "checks" / self.check, self.root, *more]
-        return subprocess.run(command, capture_output=True, text=True, check=False, **options)
+        return self.run_command(HOUSE / "scripts" / "checks" / self.check, self.root, *more, **options)
 
     def assert_clean(self):
         done = self.run_check()

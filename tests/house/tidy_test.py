@@ -34,8 +34,9 @@ class Tidy(PlantedTree):
         self.plant("src/config/a.h", "#pragma once\nint Answer();\nclass bad_name {};\n")
         self.assert_complaint("bad_name")
 
-    def test_the_suites_own_lower_case_class_names_pass(self):
-        self.plant("src/config/a.h", "#pragma once\nint Answer();\nstruct dataclass {};\nclass xmlclass {};\n")
+    def test_the_names_that_the_suite_shares_pass(self):
+        shared = "struct dataclass {};\nclass xmlclass {};\nconstexpr int LEVEL_ERROR = 1, MZP_DRIVER = 2;\n"
+        self.plant("src/config/a.h", "#pragma once\nint Answer();\n" + shared)
         self.assert_clean()
 
     def test_a_file_that_passed_is_not_looked_at_again(self):
