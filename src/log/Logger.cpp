@@ -27,11 +27,12 @@ LogSettings ReadSettings(const LoggerSystem& system) {
 
 Logger::Logger(const LoggerSystem& system)
     : program_(system.program),
+      process_id_(system.program.ProcessId()),
       settings_(ReadSettings(system)),
       delivery_(settings_.port, system.make_socket) {}
 
 void Logger::Write(std::uint32_t module, std::uint32_t level, std::string_view text) {
-  LogRecord record{module, level, text, program_.Now(), program_.ThreadId(), program_.ProcessId()};
+  const LogRecord record{module, level, text, program_.Now(), program_.ThreadId(), process_id_};
   const std::lock_guard instance(instance_lock_);
   delivery_.Deliver(formatter_.Format(record));
 }

@@ -41,6 +41,7 @@ class Logger {
 
  private:
   const platform::Program& program_;
+  const std::uint32_t process_id_;  // read once: asking the kernel costs as much as the rest of a record
   LogSettings settings_;
   std::mutex instance_lock_;
   RecordFormatter formatter_;

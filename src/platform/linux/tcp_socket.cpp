@@ -9,7 +9,6 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace qlx::platform {
@@ -37,10 +36,10 @@ std::optional<std::uint32_t> WithoutResolver(const std::string& host) {
   return INADDR_LOOPBACK;
 }
 
-timespec Remaining(steady_clock::time_point end) {
-  const auto left = std::max(end - steady_clock::now(), steady_clock::duration::zero());
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-  return {seconds.count(), std::chrono::nanoseconds(left - seconds).count()};
+/// Whole milliseconds until `end`, rounded up, as poll takes them.
+int Remaining(steady_clock::time_point end) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - steady_clock::now());
+  return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
 }
 
 class BsdSocket final : public TcpSocket {
@@ -96,8 +95,7 @@ class BsdSocket final : public TcpSocket {
     pollfd wait{socket_, POLLOUT, 0};
     int ready = 0;
     do {
-      const timespec left = Remaining(end);
-      ready = ppoll(&wait, 1, &left, nullptr);
+      ready = poll(&wait, 1, Remaining(end));
     } while (ready < 0 && errno == EINTR);
     if (ready == 0) return WaitEnd::kTimedOut;
     return ready > 0 && (wait.revents & POLLNVAL) == 0 ? WaitEnd::kReady : WaitEnd::kFailed;

@@ -1,0 +1,333 @@
+// What a record costs: LogMessage against a bare select + send of ready records, against spdlog writing the
+// same fields over the same transport, filtered out, and the rows of a dump against a table-driven loop.
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <arpa/inet.h>
+#include <sched.h>
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/base_sink.h>
+#include <spdlog/spdlog.h>
+#include <sys/prctl.h>
+#include <sys/select.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "bench/rounds.h"
+#include "log/HexRows.h"
+#include "log/LogMessage.h"
+#include "log/ProcessLog.h"
+
+namespace {
+
+using qlx::bench::Rounds;
+using qlx::bench::Seconds;
+
+constexpr int kRecords = 60000;
+constexpr int kThreads = 4;
+constexpr int kFilteredCalls = 20'000'000;
+constexpr std::size_t kDumpBytes = 1 << 20;
+
+void PinTo(unsigned core) {
+  cpu_set_t cores;
+  CPU_ZERO(&cores);
+  CPU_SET(core, &cores);
+  sched_setaffinity(0, sizeof cores, &cores);
+}
+
+[[noreturn]] void Fail(const char* what) {
+  std::perror(what);
+  std::exit(2);
+}
+
+/// Throws away what every connection sends; each has a process of its own on the second core. It wakes up for
+/// large pieces only: waking it for every record costs the sender more than the record and differs from round
+/// to round.
+[[noreturn]] void Discard(int listener) {
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  PinTo(1);
+  for (;;) {
+    const int peer = accept(listener, nullptr, nullptr);
+    if (fork() == 0) {
+      prctl(PR_SET_PDEATHSIG, SIGKILL);
+      static std::array<char, 1 << 18> buffer;
+      constexpr int kPiece = buffer.size() / 2;
+      setsockopt(peer, SOL_SOCKET, SO_RCVLOWAT, &kPiece, sizeof kPiece);
+      while (read(peer, buffer.data(), buffer.size()) > 0) {
+      }
+      _exit(0);
+    }
+    close(peer);
+  }
+}
+
+/// The port of a reader that runs in a process of its own on the second core.
+std::uint16_t StartReader() {
+  const int listener = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* plain = reinterpret_cast<sockaddr*>(&address);
+  if (bind(listener, plain, size) != 0 || listen(listener, 16) != 0) Fail("listen");
+  if (getsockname(listener, plain, &size) != 0) Fail("getsockname");
+  if (fork() == 0) Discard(listener);
+  close(listener);
+  return ntohs(address.sin_port);
+}
+
+std::uint16_t reader_port = 0;
+
+/// A socket that nobody sits between: select, then send.
+class BareSocket {
+ public:
+  BareSocket() : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(reader_port);
+    if (connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) Fail("connect");
+  }
+  BareSocket(const BareSocket&) = delete;
+  BareSocket& operator=(const BareSocket&) = delete;
+  ~BareSocket() { close(socket_); }
+
+  void Send(std::string_view record) const {
+    fd_set writable;
+    FD_ZERO(&writable);
+    FD_SET(socket_, &writable);
+    timeval limit{0, 3000000};
+    if (select(socket_ + 1, nullptr, &writable, nullptr, &limit) != 1) Fail("select");
+    if (send(socket_, record.data(), record.size(), MSG_NOSIGNAL) < 0) Fail("send");
+  }
+
+ private:
+  int socket_;
+};
+
+std::vector<qlx::ConfigNode> KeysOfBench(const std::wstring&) {
+  return {{L"TCP_Port", std::to_wstring(reader_port), {}, {}}, {L"Log_Level", L"5", {}, {}}};
+}
+
+class Quiet final : public qlx::platform::DebugOutput {
+ public:
+  void Write(std::wstring_view) override {}
+};
+
+std::unique_ptr<qlx::Logger> CreateLogger() {
+  static Quiet quiet;
+  return std::make_unique<qlx::Logger>(
+      qlx::LoggerSystem{qlx::platform::ThisProgram(), quiet, &KeysOfBench, &qlx::platform::MakeTcpSocket});
+}
+
+constinit qlx::ProcessLog our_log(&CreateLogger);
+
+void Log(std::uint32_t module, std::uint32_t level, const char* format, ...) QLX_PRINTF(3, 4);
+
+void Log(std::uint32_t module, std::uint32_t level, const char* format, ...) {
+  if (!our_log.Passes(module, level)) return;
+  std::va_list arguments;
+  va_start(arguments, format);
+  our_log.Message(module, level, format, arguments);
+  va_end(arguments);
+}
+
+/// LogMessage's own transport.
+class OurSocket {
+ public:
+  OurSocket() : client_(reader_port, qlx::platform::MakeTcpSocket()) {
+    if (client_.Connect() != qlx::LogSocketClient::kConnected) Fail("connect");
+  }
+  void Send(std::string_view record) { client_.Send(record); }
+
+ private:
+  qlx::LogSocketClient client_;
+};
+
+/// spdlog's locking and formatting over a given transport.
+template <typename Transport>
+class TransportSink final : public spdlog::sinks::base_sink<std::mutex> {
+ protected:
+  void sink_it_(const spdlog::details::log_msg& message) override {
+    spdlog::memory_buf_t record;
+    formatter_->format(message, record);
+    transport_.Send({record.data(), record.size()});
+  }
+  void flush_() override {}
+
+ private:
+  Transport transport_;
+};
+
+/// A hexadecimal identifier of at least four digits, which spdlog's own flags do not print.
+template <bool kThread>
+class HexId final : public spdlog::custom_flag_formatter {
+ public:
+  void format(const spdlog::details::log_msg& message, const std::tm&, spdlog::memory_buf_t& out) override {
+    const auto id = kThread ? message.thread_id : static_cast<std::size_t>(spdlog::details::os::pid());
+    fmt::format_to(std::back_inserter(out), "{:04x}", id);
+  }
+  std::unique_ptr<custom_flag_formatter> clone() const override { return std::make_unique<HexId>(); }
+};
+
+template <typename Transport>
+std::shared_ptr<spdlog::logger> Spdlog() {
+  auto formatter = std::make_unique<spdlog::pattern_formatter>(spdlog::pattern_time_type::local, "\r\n");
+  formatter->add_flag<HexId<false>>('1').add_flag<HexId<true>>('2');
+  formatter->set_pattern("%d/%m/%Y %H:%M:%S.%e\tP[%1]\tT[%2]\t%-15n\t%-14l\t%v");
+  auto logger = std::make_shared<spdlog::logger>("MZP_PRINTER", std::make_shared<TransportSink<Transport>>());
+  logger->set_formatter(std::move(formatter));
+  return logger;
+}
+
+const std::string& ReadyRecord() {
+  static const std::string record =
+      "16/11/2026 02:27:47.123\tP[0a1c]\tT[1f20]\tMZP_PRINTER    \tLEVEL_INFO    \t"
+      "PRINTERDialog::SendData - 12345 bytes to COM17\r\n";
+  return record;
+}
+
+/// Records per second of `threads` threads that share kRecords calls of `one`.
+double Rate(int threads, const std::function<void(unsigned)>& one) {
+  const auto share = [&] {
+    for (unsigned i = 0; i < kRecords / static_cast<unsigned>(threads); ++i) one(10000 + i);
+  };
+  const double seconds = Seconds([&] {
+    std::vector<std::thread> team;
+    for (int helper = 1; helper < threads; ++helper) team.emplace_back(share);
+    share();
+    for (std::thread& member : team) member.join();
+  });
+  return kRecords / seconds;
+}
+
+bool Records(int threads, double bound) {
+  const BareSocket bare;
+  std::mutex lock;
+  const auto over_bare = Spdlog<BareSocket>();
+  const auto over_ours = Spdlog<OurSocket>();
+  Rounds rounds("records, " + std::to_string(threads) + " thread(s)", "records/s");
+  rounds.Add("bare select + send, one lock", [&] {
+    return Rate(threads, [&](unsigned) {
+      const std::lock_guard only_one(lock);
+      bare.Send(ReadyRecord());
+    });
+  });
+  rounds.Add("LogMessage", [&] {
+    return Rate(threads, [](unsigned i) {
+      Log(qlx::MZP_PRINTER, qlx::LEVEL_INFO, "PRINTERDialog::SendData - %u bytes to %s", i, "COM17");
+    });
+  });
+  rounds.Add("spdlog, select + send", [&] {
+    return Rate(threads,
+                [&](unsigned i) { over_bare->info("PRINTERDialog::SendData - {} bytes to {}", i, "COM17"); });
+  });
+  rounds.Add("spdlog, LogMessage's socket", [&] {
+    return Rate(threads,
+                [&](unsigned i) { over_ours->info("PRINTERDialog::SendData - {} bytes to {}", i, "COM17"); });
+  });
+  rounds.Run(9);
+  const bool floor = rounds.AtLeast(bound, "LogMessage", "bare select + send, one lock");
+  return (threads > 1 || rounds.AtLeast(1.2, "LogMessage", "spdlog, select + send")) && floor;
+}
+
+bool FilteredOut() {
+  const auto logger = Spdlog<OurSocket>();
+  logger->set_level(spdlog::level::off);
+  qlx::LogMessage(qlx::MZP_PRINTER, qlx::LEVEL_INFO, "no configuration beside this program: off");
+  Rounds rounds("a call that the level filters out", "ns");
+  rounds.Add("spdlog", [&] {
+    return 1e9 / kFilteredCalls * Seconds([&] {
+             for (int i = 0; i < kFilteredCalls; ++i) logger->info("{} bytes to {}", i, "COM17");
+           });
+  });
+  rounds.Add("LogMessage", [&] {
+    return 1e9 / kFilteredCalls * Seconds([&] {
+             for (int i = 0; i < kFilteredCalls; ++i)
+               qlx::LogMessage(qlx::MZP_PRINTER, qlx::LEVEL_INFO, "%d bytes to %s", i, "COM17");
+           });
+  });
+  rounds.Run(9);
+  return rounds.AtMost(1.0, "LogMessage", "spdlog");
+}
+
+/// Keeps the optimiser from dropping what is only measured.
+void Use(const char* bytes) {
+  asm volatile("" : : "r"(bytes) : "memory");
+}
+
+using Digits = std::array<std::array<char, 2>, 256>;
+
+constexpr Digits TableOfDigits() {
+  Digits table{};
+  for (std::size_t byte = 0; byte < table.size(); ++byte)
+    table[byte] = {"0123456789abcdef"[byte / 16], "0123456789abcdef"[byte % 16]};
+  return table;
+}
+
+constexpr Digits kDigits = TableOfDigits();
+
+/// The floor of a dump: one buffer made once, digits by table, labels counted up in place.
+void DumpByTable(const std::vector<unsigned char>& bytes) {
+  std::array<char, 80> row{};
+  row.fill(' ');
+  row[3] = ')';
+  unsigned number = 0;
+  for (std::size_t start = 0; start + 16 <= bytes.size(); start += 16) {
+    ++number;
+    row[0] = char('0' + number / 100 % 10);
+    row[1] = char('0' + number / 10 % 10);
+    row[2] = char('0' + number % 10);
+    for (std::size_t i = 0; i < 16; ++i) {
+      const unsigned char byte = bytes[start + i];
+      row[5 + i * 3 + i / 4 * 2] = kDigits[byte][0];
+      row[6 + i * 3 + i / 4 * 2] = kDigits[byte][1];
+      row[61 + i] = byte < 0x21 ? '.' : static_cast<char>(byte);
+    }
+    Use(row.data());
+  }
+}
+
+void DumpByRows(const std::vector<unsigned char>& bytes) {
+  qlx::HexRows rows(bytes);
+  while (!rows.done()) Use(rows.Next().data());
+}
+
+bool DumpRows() {
+  // 999 rows at most a dump, so that every label has three digits, as the floor's have.
+  std::vector<unsigned char> bytes(999 * 16);
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(i * 37);
+  const auto rate = [&](auto&& dump) {
+    return double(kDumpBytes) / Seconds([&] {
+             for (std::size_t done = 0; done < kDumpBytes; done += bytes.size()) dump(bytes);
+           }) /
+           16;
+  };
+  Rounds rounds("rows of a dump, in memory", "rows/s");
+  rounds.Add("table-driven one-buffer loop", [&] { return rate(DumpByTable); });
+  rounds.Add("LogHexDump's rows", [&] { return rate(DumpByRows); });
+  rounds.Run(15);
+  return rounds.AtLeast(0.5, "LogHexDump's rows", "table-driven one-buffer loop");
+}
+
+}  // namespace
+
+int main() {
+  reader_port = StartReader();
+  PinTo(0);
+  const bool one = Records(1, 0.80);
+  const bool four = Records(kThreads, 0.85);
+  const bool filtered = FilteredOut();
+  const bool rows = DumpRows();
+  our_log.End();
+  return one && four && filtered && rows ? 0 : 1;
+}
