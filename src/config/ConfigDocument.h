@@ -49,6 +49,9 @@ class ConfigDocument {
   void SetValue(const std::wstring& section, const std::wstring& key, const std::wstring& text,
                 const AttributeMap& attributes = {});
 
+  /// Removes the elements MZP / `section` / `name` whose attributes have the values of `filter`.
+  void RemoveNodes(const std::wstring& section, const std::wstring& name, const AttributeMap& filter = {});
+
   bool loaded() const { return loaded_; }
   const std::wstring& path() const { return path_; }
   /// True once a save succeeded in this run; only the COM Ports page clears it, after its own restart.
@@ -62,5 +65,8 @@ class ConfigDocument {
   bool changed_ = false;
   ShowSaveError show_save_error_;
 };
+
+/// A document over the system's parser and files.
+std::unique_ptr<ConfigDocument> MakeConfigDocument(ConfigDocument::ShowSaveError show_save_error);
 
 }  // namespace qlx

@@ -1,0 +1,97 @@
+#include "config/ConfigDocument.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "platform/text.h"
+
+namespace qlx {
+namespace {
+
+constexpr std::size_t kLongestErrorText = 260;  // UTF-16 units
+
+std::wstring SaveErrorText(const std::wstring& path) {
+  const std::wstring text = L"Unable to save file \"" + path + L"\".\nPlease check location of file";
+  return std::wstring(platform::Utf16Prefix(text, kLongestErrorText));
+}
+
+std::wstring SectionPath(const std::wstring& section) {
+  return L"MZP//" + section;
+}
+
+}  // namespace
+
+ConfigDocument::ConfigDocument(std::unique_ptr<xmlclass> xml, ShowSaveError show_save_error)
+    : xml_(std::move(xml)), show_save_error_(std::move(show_save_error)) {}
+
+std::unique_ptr<ConfigDocument> MakeConfigDocument(ConfigDocument::ShowSaveError show_save_error) {
+  auto xml = std::make_unique<xmlclass>(platform::CreateXmlDom, platform::SystemFileStore());
+  return std::make_unique<ConfigDocument>(std::move(xml), std::move(show_save_error));
+}
+
+bool ConfigDocument::Open(const std::wstring& path, bool create_if_missing) {
+  loaded_ = xml_->Load(path, create_if_missing);
+  if (loaded_) path_ = path;
+  return loaded_;
+}
+
+void ConfigDocument::Save(const std::wstring& path) {
+  if (!loaded_) return;
+  if (xml_->Save(path.empty() ? path_ : path)) {
+    changed_ = true;
+  } else {
+    show_save_error_(L"Save File Error!", SaveErrorText(path.empty() ? path_ : path));
+  }
+}
+
+int ConfigDocument::ReadTree(const std::wstring& name, std::vector<ConfigNode>& result) {
+  result.clear();
+  if (!loaded_) return kNotLoaded;
+  result = xml_->GetNodes(name, {});
+  return 0;
+}
+
+bool ConfigDocument::FindNode(const std::vector<ConfigNode>& trees, const std::wstring& name) {
+  return std::ranges::any_of(
+      trees, [&](const ConfigNode& tree) { return tree.name == name || FindNode(tree.children, name); });
+}
+
+void ConfigDocument::AddNode(const std::wstring& parent, const std::wstring& name, const std::wstring& text,
+                             const AttributeMap& attributes) {
+  if (loaded_) xml_->AddNode(parent, name, text, attributes);
+}
+
+void ConfigDocument::AddTree(const ConfigNode& node, const std::wstring& parent_path) {
+  AddNode(parent_path, node.name, node.text, node.attributes);
+  const std::wstring path = parent_path.empty() ? node.name : parent_path + L"//" + node.name;
+  for (const ConfigNode& child : node.children) AddTree(child, path);
+}
+
+std::vector<ConfigNode> ConfigDocument::ReadSection(const std::wstring& section) {
+  std::vector<ConfigNode> keys;
+  if (!loaded_) return keys;
+  for (ConfigNode& found : xml_->GetNodes(SectionPath(section), {})) {
+    std::ranges::move(found.children, std::back_inserter(keys));
+  }
+  return keys;
+}
+
+void ConfigDocument::SetValue(const std::wstring& section, const std::wstring& key, const std::wstring& text,
+                              const AttributeMap& attributes) {
+  if (!loaded_) return;
+  const std::wstring path = SectionPath(section);
+  const std::wstring element = path + L"/" + key;
+  if (xml_->GetNodes(element, {}).empty()) {
+    xml_->AddNode(path, key, text, attributes);
+  } else {
+    xml_->SetNode(element, {}, text, attributes);
+  }
+}
+
+void ConfigDocument::RemoveNodes(const std::wstring& section, const std::wstring& name,
+                                 const AttributeMap& filter) {
+  if (loaded_) xml_->RemoveNodes(SectionPath(section) + L"/" + name, filter);
+}
+
+}  // namespace qlx

@@ -1,0 +1,64 @@
+// A configuration file on disk with the document that a page would be lent.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "config/ConfigDocument.h"
+#include "platform/text.h"
+
+namespace qlx {
+
+/// Writes `content` to a file of its own, opens it, and reads back what was saved.
+class ConfigFile {
+ public:
+  using Pairs = std::vector<std::pair<std::wstring, std::wstring>>;
+
+  explicit ConfigFile(const std::wstring& content) {
+    std::string name = (std::filesystem::temp_directory_path() / "qlx-config-XXXXXX").native();
+    directory_ = mkdtemp(name.data());
+    std::ofstream(Path()) << platform::ToUtf8(content);
+    document_ = Opened();
+  }
+  ConfigFile(const ConfigFile&) = delete;
+  ConfigFile& operator=(const ConfigFile&) = delete;
+  ~ConfigFile() { std::filesystem::remove_all(directory_); }
+
+  ConfigDocument& document() { return *document_; }
+
+  /// The keys and texts that `section` has on disk, in document order.
+  Pairs Saved(const std::wstring& section) const {
+    Pairs pairs;
+    for (const ConfigNode& node : Opened()->ReadSection(section)) pairs.emplace_back(node.name, node.text);
+    return pairs;
+  }
+
+  std::wstring Value(const std::wstring& section, const std::wstring& key) const {
+    for (const auto& [name, text] : Saved(section)) {
+      if (name == key) return text;
+    }
+    ADD_FAILURE() << platform::ToUtf8(key) << " is not in the file";
+    return {};
+  }
+
+ private:
+  std::filesystem::path Path() const { return directory_ / "QLXConfig.xml"; }
+
+  std::unique_ptr<ConfigDocument> Opened() const {
+    auto document = MakeConfigDocument(
+        [](const std::wstring&, const std::wstring& text) { ADD_FAILURE() << platform::ToUtf8(text); });
+    EXPECT_TRUE(document->Open(Path().wstring(), false));
+    return document;
+  }
+
+  std::filesystem::path directory_;
+  std::unique_ptr<ConfigDocument> document_;
+};
+
+}  // namespace qlx
