@@ -7,7 +7,9 @@
 namespace qlx::sim {
 
 LogFile::LogFile(std::filesystem::path path, std::uint64_t limit)
-    : path_(std::move(path)), limit_(limit), stream_(path_, std::ios::binary | std::ios::app) {
+    : path_(std::move(path)),
+      limit_(std::max<std::uint64_t>(limit, 1)),
+      stream_(path_, std::ios::binary | std::ios::app) {
   std::error_code unknown;
   const std::uintmax_t size = std::filesystem::file_size(path_, unknown);
   if (!unknown) size_ = size;

@@ -1,5 +1,7 @@
 #include "sim/LogService.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -8,8 +10,6 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
-
-#include "sim/LogSettings.h"
 
 namespace qlx::sim {
 namespace {
@@ -41,10 +41,10 @@ std::string ErrorText() {
 
 }  // namespace
 
-LogService::LogService(EventLoop& loop, std::filesystem::path configuration,
+LogService::LogService(EventLoop& loop, std::function<LogSettings()> read_settings,
                        std::filesystem::path log_directory, Say say)
     : loop_(loop),
-      configuration_(std::move(configuration)),
+      read_settings_(std::move(read_settings)),
       log_directory_(std::move(log_directory)),
       say_(std::move(say)) {}
 
@@ -53,7 +53,7 @@ LogService::~LogService() {
 }
 
 bool LogService::Start() {
-  const LogSettings settings = ReadLogSettings(configuration_);
+  const LogSettings settings = read_settings_();
   file_.emplace(log_directory_ / settings.file_name, settings.file_bytes);
   if (!file_->Append("")) {
     say_("log file " + file_->path().native() + " cannot be written");
@@ -63,7 +63,7 @@ bool LogService::Start() {
     say_("log port " + std::to_string(settings.port) + " cannot be had: " + ErrorText());
     return false;
   }
-  say_("log service listens on port " + std::to_string(settings.port) + ", writes " + file_->path().native());
+  say_("log service listens on port " + std::to_string(port()) + ", writes " + file_->path().native());
   return true;
 }
 
@@ -91,7 +91,7 @@ void LogService::Stop() {
   Accept();
   while (!clients_.empty()) {
     Client& client = clients_.front();
-    for (int reads = 0; reads < kLastReads && ReceiveOnce(client); ++reads) {
+    for (int reads = 0; reads < kLastReads && ReceiveOnce(client) == Received::kBytes; ++reads) {
     }
     Close(clients_.begin());
   }
@@ -99,6 +99,13 @@ void LogService::Stop() {
   close(std::exchange(listener_, -1));
   file_.reset();
   say_("log service closed its port");
+}
+
+std::uint16_t LogService::port() const {
+  sockaddr_in address{};
+  socklen_t size = sizeof address;
+  getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
+  return ntohs(address.sin_port);
 }
 
 void LogService::Accept() {
@@ -117,17 +124,16 @@ void LogService::Accept() {
 }
 
 void LogService::Receive(std::list<Client>::iterator client) {
-  if (!ReceiveOnce(*client)) Close(client);
+  if (ReceiveOnce(*client) == Received::kEnd) Close(client);
 }
 
-/// False when there is no more to come: the client has closed, or (not asked for while it is readable) is
-/// quiet.
-bool LogService::ReceiveOnce(Client& client) {
+LogService::Received LogService::ReceiveOnce(Client& client) {
   std::array<char, 65536> bytes;
   const ssize_t count = recv(client.socket, bytes.data(), bytes.size(), 0);
-  if (count <= 0) return count < 0 && errno == EINTR;
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return Received::kNothingYet;
+  if (count <= 0) return Received::kEnd;
   Take(client, {bytes.data(), static_cast<std::size_t>(count)});
-  return true;
+  return Received::kBytes;
 }
 
 void LogService::Take(Client& client, std::string_view bytes) {

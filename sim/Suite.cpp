@@ -4,7 +4,8 @@ namespace qlx::sim {
 
 Suite::Suite(EventLoop& loop, const SuiteOptions& options, const Say& say)
     : bus_(options.directory),
-      log_service_(loop, options.configuration, options.log_directory, say),
+      log_service_(
+          loop, [path = options.configuration] { return ReadLogSettings(path); }, options.log_directory, say),
       manager_(loop, bus_.address(), say) {
   manager_.OnLoseBus([this] { bus_.Kill(); });
   for (const auto& [name, behaviour] : options.behaviours) {

@@ -13,11 +13,10 @@ const char* ToText(ActiveState state) {
 }
 
 Unit::Unit(EventLoop& loop, const UnitBehaviour& behaviour, Events events)
-    : loop_(loop),
-      behaviour_(behaviour),
-      events_(std::move(events)),
-      state_(behaviour.stopped || behaviour.missing || !events_.start() ? ActiveState::kInactive
-                                                                        : ActiveState::kActive) {}
+    : loop_(loop), behaviour_(behaviour), events_(std::move(events)) {
+  if (behaviour.stopped || behaviour.missing) return;
+  state_ = events_.start() ? ActiveState::kActive : ActiveState::kFailed;
+}
 
 void Unit::Enqueue(const Job& job) {
   if (job_) Finish("canceled");

@@ -72,7 +72,7 @@ class Unit {
   EventLoop& loop_;
   UnitBehaviour behaviour_;
   Events events_;
-  ActiveState state_;
+  ActiveState state_ = ActiveState::kInactive;
   std::optional<Job> job_;
   EventSource run_;
   EventSource pending_;

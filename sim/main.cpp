@@ -96,10 +96,12 @@ void TakeDirectories(SuiteOptions& options) {
   std::filesystem::create_directories(options.directory);
   std::filesystem::create_directories(options.log_directory);
   options.directory = std::filesystem::canonical(options.directory);
+  options.log_directory = std::filesystem::canonical(options.log_directory);
   options.configuration = std::filesystem::absolute(options.configuration);
   const int directory = open(options.directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (directory < 0 || flock(directory, LOCK_EX | LOCK_NB) != 0) {
-    throw std::runtime_error(options.directory.native() + ": " + std::strerror(errno));
+  if (directory < 0) throw std::runtime_error(options.directory.native() + ": " + std::strerror(errno));
+  if (flock(directory, LOCK_EX | LOCK_NB) != 0) {
+    throw std::runtime_error("another simulator uses " + options.directory.native());
   }
 }
 
