@@ -14,7 +14,6 @@ namespace {
 
 using sim::PlayedServices;
 using std::chrono::milliseconds;
-using testing::Eq;
 using testing::Optional;
 
 /// Long enough for a loaded machine; no test waits for it.

@@ -13,9 +13,7 @@ using platform::ServiceState;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::Not;
-using testing::StartsWith;
 
 constexpr auto kFrameworkFailed =
     "box Quillon Framework Service failed to stop.\nRestart Quillon services manually.";
@@ -198,7 +196,7 @@ TEST_F(ServiceRestartTest, DestructionWaitsForTheWorker) {
 }
 
 TEST_F(ServiceRestartTest, ARestartThatNeverStartedEndsWithoutAReport) {
-  ServiceRestart(Manager(), target_, RestartEnd::kAlways);
+  { const ServiceRestart never_started(Manager(), target_, RestartEnd::kAlways); }
   EXPECT_TRUE(happened_.empty());
 }
 
