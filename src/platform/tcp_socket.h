@@ -36,7 +36,8 @@ class TcpSocket {
   /// Blocks until the socket takes more bytes, at most `limit`.
   virtual WaitEnd WaitWritable(std::chrono::microseconds limit) = 0;
 
-  /// Hands over `bytes` in one call. True unless the call failed; the system may have taken only a part.
+  /// Hands over `bytes` in one call, after a wait that ended with kReady. True unless the call failed; the
+  /// system may have taken only a part.
   virtual bool Send(std::string_view bytes) = 0;
 
   /// Closes the socket; nothing happens when none is open.

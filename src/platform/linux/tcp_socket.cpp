@@ -67,7 +67,8 @@ class BsdSocket final : public TcpSocket {
 
   bool Create() override {
     Close();
-    socket_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
+    // Non-blocking, so that only the waits below, which have a limit, can hold the caller.
+    socket_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP);
     return socket_ != kNone;
   }
 
@@ -77,17 +78,12 @@ class BsdSocket final : public TcpSocket {
   }
 
   bool Connect(std::uint32_t address, std::uint16_t port, std::chrono::milliseconds limit) override {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit);
-    const auto rest = std::chrono::microseconds(limit - seconds);
-    // The send time-out bounds connect too, and keeps a send from blocking when memory runs out under it.
-    const timeval bound{seconds.count(), rest.count()};
-    if (setsockopt(socket_, SOL_SOCKET, SO_SNDTIMEO, &bound, sizeof bound) != 0) return false;
     const sockaddr_in peer = Address(address, port);
-    int result = 0;
-    do {
-      result = connect(socket_, Plain(peer), sizeof peer);
-    } while (result != 0 && errno == EINTR);
-    return result == 0;
+    if (connect(socket_, Plain(peer), sizeof peer) == 0) return true;
+    if (errno != EINPROGRESS || WaitWritable(limit) != WaitEnd::kReady) return false;
+    int error = 0;
+    socklen_t size = sizeof error;
+    return getsockopt(socket_, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
   }
 
   WaitEnd WaitWritable(std::chrono::microseconds limit) override {
