@@ -1,0 +1,33 @@
+#include "controls/CProgressDialog.h"
+
+#include <wx/sizer.h>
+
+#include "controls/accessible_id.h"
+
+namespace qlx {
+namespace {
+
+constexpr int kMarqueeIntervalMs = 30;
+
+}  // namespace
+
+CProgressDialog::CProgressDialog(wxWindow* parent)
+    : wxDialog(parent, wxID_ANY, "In Progress...", wxDefaultPosition, wxDefaultSize, wxCAPTION) {
+  bar_ = new wxGauge(this, kBarId, 100, wxDefaultPosition, ConvertDialogToPixels(wxSize(151, 14)));
+  SetAccessibleName(*bar_, GetTitle());
+  auto* frame = new wxBoxSizer(wxVERTICAL);
+  frame->Add(bar_, wxSizerFlags(1).Expand().Border(wxALL, ConvertDialogToPixels(wxSize(7, 0)).x));
+  frame->SetMinSize(ConvertDialogToPixels(wxSize(165, 49)));
+  SetSizerAndFit(frame);
+  CentreOnParent();
+  PublishIds(*this);
+
+  Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) { event.Veto(); });
+  Bind(wxEVT_CHAR_HOOK, [](wxKeyEvent& event) {
+    if (event.GetKeyCode() != WXK_ESCAPE) event.Skip();
+  });
+  marquee_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { bar_->Pulse(); });
+  marquee_.Start(kMarqueeIntervalMs);
+}
+
+}  // namespace qlx

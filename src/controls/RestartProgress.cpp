@@ -1,0 +1,40 @@
+#include "controls/RestartProgress.h"
+
+#include <utility>
+
+#include "controls/message_box.h"
+
+namespace qlx {
+
+RestartProgress::RestartProgress(wxWindow& window, std::function<void()> over)
+    : window_(window), over_(std::move(over)) {}
+
+void RestartProgress::OnRestartProgress(int state) {
+  calls_.Run([this, state] { Handle(state); });
+}
+
+void RestartProgress::ShowRestartMessage(const std::wstring& text, RestartIcon icon) {
+  const BoxIcon picture = icon == RestartIcon::kInformation ? BoxIcon::kInformation : BoxIcon::kNone;
+  calls_.Run([this, text, picture] { ShowBox(&window_, text, picture); });
+}
+
+void RestartProgress::Handle(int state) {
+  switch (state) {
+    case 0:
+      window_.Disable();
+      if (!progress_) progress_ = std::make_unique<CProgressDialog>(&window_);
+      progress_->SetTitle("Restarting services...");
+      progress_->Show();
+      break;
+    case 1:
+      progress_.reset();
+      break;
+    case 2:
+      over_();
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace qlx

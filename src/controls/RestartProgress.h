@@ -1,0 +1,38 @@
+// What the user sees of a service restart.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <wx/window.h>
+
+#include "controls/CProgressDialog.h"
+#include "controls/UiThreadCalls.h"
+#include "services/ServiceRestart.h"
+
+namespace qlx {
+
+/// Puts a restart worker's reports before the user: progress 0 disables `window` and shows the progress
+/// window, progress 1 takes that away, messages come as boxes over `window`. `window` stays disabled; `over`
+/// is called at progress 2 and decides what becomes of it. Lives on the user-interface thread; declare it
+/// before the ServiceRestart that reports to it and call Release before that one is destroyed.
+class RestartProgress : public RestartTarget {
+ public:
+  RestartProgress(wxWindow& window, std::function<void()> over);
+
+  void OnRestartProgress(int state) override;
+  void ShowRestartMessage(const std::wstring& text, RestartIcon icon) override;
+
+  /// Lets a worker that waits for the user-interface thread go on, now and from now on.
+  void Release() { calls_.Close(); }
+
+ private:
+  void Handle(int state);
+
+  wxWindow& window_;
+  std::function<void()> over_;
+  std::unique_ptr<CProgressDialog> progress_;
+  UiThreadCalls calls_;
+};
+
+}  // namespace qlx

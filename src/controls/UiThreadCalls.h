@@ -1,0 +1,43 @@
+// The one way by which a worker thread has something done on the user-interface thread.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <future>
+#include <mutex>
+
+#include <wx/event.h>
+
+namespace qlx {
+
+/// Lives on the user-interface thread, with the window that a worker reports to. Close it before waiting for
+/// the worker to end: a worker that still waits for this thread is then let go.
+class UiThreadCalls {
+ public:
+  UiThreadCalls();
+  UiThreadCalls(const UiThreadCalls&) = delete;
+  UiThreadCalls& operator=(const UiThreadCalls&) = delete;
+  ~UiThreadCalls() { Close(); }
+
+  /// Lets every waiting worker go without its call having run, and every later one at once.
+  void Close();
+
+  /// For worker threads: runs `call` on the user-interface thread, in the order of the requests, and returns
+  /// when it is over. False when Close came first. Must not be called on the user-interface thread.
+  bool Run(std::function<void()> call);
+
+ private:
+  struct Request {
+    std::function<void()> call;
+    std::promise<bool> done;
+  };
+
+  void ServeOne();
+
+  wxEvtHandler handler_;
+  std::mutex lock_;
+  bool closed_ = false;
+  std::deque<Request> requests_;
+};
+
+}  // namespace qlx

@@ -1,0 +1,160 @@
+#include "pages/MSRDialog.h"
+
+#include <utility>
+
+#include <wx/checkbox.h>
+#include <wx/statbox.h>
+
+namespace qlx {
+namespace {
+
+constexpr int kDefaultButton = 1029;
+constexpr int kApplyButton = 1024;
+constexpr WrapperSide kSides[] = {WrapperSide::kHead, WrapperSide::kTail};
+
+struct Labelled {
+  int id;
+  const char* label;
+};
+
+constexpr Labelled kSwitches[] = {
+    {MSRSettings::kRawData, "Raw Data Mode (AAMVA Mode)"},
+    {MSRSettings::kCarriageReturn, "Carriage Return Enabled"},
+    {MSRSettings::kTrack1, "Track 1 Enabled"},
+    {MSRSettings::kTrack2, "Track 2 Enabled"},
+    {MSRSettings::kTrack3, "Track 3 Enabled"},
+    {MSRSettings::kStripSentinels, "Strip Sentinels"},
+    {MSRSettings::kHideErrorTracks, "Hide Error Tracks"},
+};
+
+constexpr Labelled kSentinels[] = {
+    {MSRSettings::kStartSentinel1, "Start Sentinel (Track 1)"},
+    {MSRSettings::kStartSentinel2, "Start Sentinel (Track 2)"},
+    {MSRSettings::kStartSentinel3, "Start Sentinel (Track 3)"},
+    {MSRSettings::kEndSentinel, "End Sentinel"},
+};
+
+constexpr Labelled kTrackReturns[] = {
+    {MSRSettings::kTrackReturn1, "CR Track 1 Enabled"},
+    {MSRSettings::kTrackReturn2, "CR Track 2 Enabled"},
+    {MSRSettings::kTrackReturn3, "CR Track 3 Enabled"},
+};
+
+struct WrapperControls {
+  int box;
+  int text;
+  const char* label;
+};
+
+constexpr WrapperControls ControlsOf(WrapperSide side) {
+  return side == WrapperSide::kHead
+             ? WrapperControls{MSRSettings::kHeadOn, MSRSettings::kHeadText, "Head Wrapper"}
+             : WrapperControls{MSRSettings::kTailOn, MSRSettings::kTailText, "Tail Wrapper"};
+}
+
+}  // namespace
+
+MSRDialog::MSRDialog(wxWindow* parent, FatalEnd end_program)
+    : PageView(parent, settings_, std::move(end_program)) {
+  auto* page = new wxBoxSizer(wxVERTICAL);
+  page->Add(MakeParameters(), wxSizerFlags().Expand().Border(wxALL));
+  page->Add(MakeEnhanced(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
+  page->AddStretchSpacer();
+  page->Add(MakeButtons(kDefaultButton, kApplyButton), wxSizerFlags().Right().Border(wxALL));
+  SetSizer(page);
+  BindRules();
+}
+
+wxSizer* MSRDialog::MakeParameters() {
+  auto* group = new wxStaticBoxSizer(wxHORIZONTAL, this, "MSR Configuration Parameters");
+  const wxSize gap(GetCharWidth(), GetCharHeight() / 4);
+  auto* switches = new wxFlexGridSizer(1, gap);
+  for (const Labelled& row : kSwitches) AddCheckBox({group->GetStaticBox(), switches}, row.id, row.label);
+  FindWindow(MSRSettings::kRawData)->Disable();
+
+  auto* sentinels = new wxFlexGridSizer(2, gap);
+  const Place in = {group->GetStaticBox(), sentinels};
+  for (const Labelled& row : kSentinels) {
+    AddLabel(in, row.label);
+    AddEdit(in, row.id, row.label, 0, wxTE_CENTRE);
+  }
+  group->Add(switches, wxSizerFlags(1).Border(wxALL));
+  group->Add(sentinels, wxSizerFlags(1).Border(wxALL));
+  return group;
+}
+
+wxSizer* MSRDialog::MakeEnhanced() {
+  auto* group = new wxStaticBoxSizer(wxHORIZONTAL, this, "MSR Enhanced Configuration");
+  auto* wrappers = new wxStaticBoxSizer(wxVERTICAL, group->GetStaticBox(), "Data Wrapper Configuration");
+  auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 4));
+  grid->AddGrowableCol(1);
+  for (const WrapperSide side : kSides) AddWrapper({wrappers->GetStaticBox(), grid}, side);
+  wrappers->Add(grid, wxSizerFlags().Expand().Border(wxALL));
+
+  auto* returns = new wxStaticBoxSizer(wxVERTICAL, group->GetStaticBox(), "Individual CR Enabled");
+  auto* column = new wxFlexGridSizer(1, wxSize(0, GetCharHeight() / 4));
+  for (const Labelled& row : kTrackReturns) AddCheckBox({returns->GetStaticBox(), column}, row.id, row.label);
+  returns->Add(column, wxSizerFlags().Border(wxALL));
+
+  group->Add(wrappers, wxSizerFlags(1).Expand().Border(wxALL));
+  group->Add(returns, wxSizerFlags(1).Expand().Border(wxALL));
+  return group;
+}
+
+void MSRDialog::AddWrapper(Place place, WrapperSide side) {
+  const WrapperControls controls = ControlsOf(side);
+  AddCheckBox(place, controls.box, controls.label);
+  AddEdit(place, controls.text, wxString(controls.label) + " text", wxEXPAND);
+}
+
+void MSRDialog::BindRules() {
+  Bind(
+      wxEVT_CHECKBOX,
+      [this](wxCommandEvent& event) {
+        ReadBack();
+        settings_.ClickCarriageReturn(event.IsChecked());
+        Fill();
+      },
+      MSRSettings::kCarriageReturn);
+  for (const WrapperSide side : kSides) {
+    const WrapperControls controls = ControlsOf(side);
+    Bind(
+        wxEVT_CHECKBOX,
+        [this, side](wxCommandEvent& event) {
+          ReadBack();
+          settings_.ClickWrapper(side, event.IsChecked());
+          Fill();
+        },
+        controls.box);
+    Bind(
+        wxEVT_TEXT,
+        [this, text = controls.text](wxCommandEvent& event) {
+          settings_.SetText(text, event.GetString().ToStdWstring());
+          ShowStates();
+        },
+        controls.text);
+  }
+}
+
+void MSRDialog::Fill() {
+  PageView::Fill();
+  ShowStates();
+}
+
+void MSRDialog::ShowStates() {
+  for (const WrapperSide side : kSides) ShowWrapper(side);
+  for (const Labelled& row : kTrackReturns) {
+    FindWindow(row.id)->Enable(settings_.editable() && settings_.track_returns_enabled());
+  }
+}
+
+void MSRDialog::ShowWrapper(WrapperSide side) {
+  const WrapperControls controls = ControlsOf(side);
+  const Wrapper& wrapper = settings_.wrapper(side);
+  static_cast<wxCheckBox*>(FindWindow(controls.box))->SetValue(wrapper.on);
+  auto* edit = static_cast<LimitedEdit*>(FindWindow(controls.text));
+  edit->Enable(settings_.editable() && wrapper.enabled);
+  edit->SetLimit(wrapper.limit);
+}
+
+}  // namespace qlx

@@ -1,0 +1,27 @@
+// The "MSR" page.
+#pragma once
+
+#include "pages/MSRSettings.h"
+#include "pages/PageView.h"
+
+namespace qlx {
+
+/// Edits tracks, sentinels, wrappers and carriage returns of the magnetic stripe reader.
+class MSRDialog : public PageView {
+ public:
+  MSRDialog(wxWindow* parent, FatalEnd end_program);
+
+ private:
+  void Fill() override;
+
+  wxSizer* MakeParameters();
+  wxSizer* MakeEnhanced();
+  void AddWrapper(Place place, WrapperSide side);
+  void BindRules();
+  void ShowStates();
+  void ShowWrapper(WrapperSide side);
+
+  MSRSettings settings_;
+};
+
+}  // namespace qlx
