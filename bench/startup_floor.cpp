@@ -1,0 +1,49 @@
+// The least that a window of this kind costs: a dialog of the same toolkit with five tabs and 70 controls.
+#include <wx/app.h>
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/dialog.h>
+#include <wx/notebook.h>
+#include <wx/panel.h>
+#include <wx/sizer.h>
+#include <wx/textctrl.h>
+
+namespace {
+
+constexpr int kTabs = 5;
+constexpr int kControlsPerTab = 14;
+
+wxWindow* MakeControl(wxWindow* page, int index) {
+  if (index % 3 == 0) return new wxTextCtrl(page, wxID_ANY, "text");
+  if (index % 3 == 1) return new wxCheckBox(page, wxID_ANY, "Check box");
+  return new wxButton(page, wxID_ANY, "Button");
+}
+
+class FloorDialog : public wxDialog {
+ public:
+  FloorDialog() : wxDialog(nullptr, wxID_ANY, "Quillon Configuration Tool") {
+    auto* tabs = new wxNotebook(this, wxID_ANY);
+    for (int tab = 0; tab < kTabs; ++tab) {
+      auto* page = new wxPanel(tabs);
+      auto* grid = new wxFlexGridSizer(2, wxSize(4, 4));
+      for (int i = 0; i < kControlsPerTab; ++i) grid->Add(MakeControl(page, i));
+      page->SetSizer(grid);
+      tabs->AddPage(page, "Tab");
+    }
+    auto* frame = new wxBoxSizer(wxVERTICAL);
+    frame->Add(tabs, wxSizerFlags(1).Expand());
+    SetSizerAndFit(frame);
+  }
+};
+
+class FloorApp : public wxApp {
+ public:
+  int OnRun() override {
+    FloorDialog().ShowModal();
+    return 0;
+  }
+};
+
+}  // namespace
+
+wxIMPLEMENT_APP(FloorApp);

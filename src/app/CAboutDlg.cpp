@@ -1,0 +1,37 @@
+#include "app/CAboutDlg.h"
+
+#include <wx/sizer.h>
+#include <wx/statbmp.h>
+#include <wx/stattext.h>
+
+#include "app/program_icon.h"
+#include "controls/accessible_id.h"
+
+namespace qlx {
+namespace {
+
+constexpr int kIconSize = 48;
+
+}  // namespace
+
+CAboutDlg::CAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, "About Configuration Tool") {
+  auto* version = new wxBoxSizer(wxHORIZONTAL);
+  version->Add(new wxStaticText(this, wxID_ANY, "Version:"), wxSizerFlags().Border(wxRIGHT));
+  version->Add(new wxStaticText(this, wxID_ANY, QLX_VERSION));
+  auto* lines = new wxBoxSizer(wxVERTICAL);
+  lines->Add(version, wxSizerFlags().Border(wxBOTTOM));
+  lines->Add(new wxStaticText(this, wxID_ANY, "Configures the Quillon driver suite on this terminal."));
+
+  auto* body = new wxBoxSizer(wxHORIZONTAL);
+  body->Add(new wxStaticBitmap(this, wxID_ANY, ProgramIcon(wxSize(kIconSize, kIconSize))),
+            wxSizerFlags().CentreVertical().DoubleBorder(wxALL));
+  body->Add(lines, wxSizerFlags().CentreVertical().DoubleBorder(wxTOP | wxBOTTOM | wxRIGHT));
+  auto* frame = new wxBoxSizer(wxVERTICAL);
+  frame->Add(body);
+  frame->Add(CreateButtonSizer(wxOK), wxSizerFlags().Expand().Border(wxALL));
+  SetSizerAndFit(frame);
+  CentreOnParent();
+  PublishIds(*this);
+}
+
+}  // namespace qlx

@@ -1,0 +1,149 @@
+#include "app/CQLXConfigDlg.h"
+
+#include <optional>
+
+#include <wx/button.h>
+#include <wx/sizer.h>
+
+#include "app/CAboutDlg.h"
+#include "app/EndProgram.h"
+#include "app/program_icon.h"
+#include "config/start_up.h"
+#include "controls/accessible_id.h"
+#include "controls/message_box.h"
+#include "log/LogMessage.h"
+#include "pages/LOGDialog.h"
+#include "pages/MSRDialog.h"
+#include "platform/user_rights.h"
+
+namespace qlx {
+namespace {
+
+constexpr int kTabControl = 1000;
+constexpr int kApplyAllButton = 1031;
+constexpr int kAboutCommand = 0x0010;
+constexpr int kPrinterTab = 4;
+
+constexpr wchar_t kNoRights[] =
+    L"You do not have sufficient permissions.\n"
+    L"Please run the application as Administrator if you need to change the settings.";
+constexpr wchar_t kRestartQuestion[] =
+    L"Configuration file changed. You must restart the services for the configuration to take effect.\n\n"
+    L"Do you want to restart the services now?";
+
+void LogPrinterPortNotOpened(const char* place) {
+  LogMessage(MZP_PRINTER, LEVEL_ERROR, "%s Couldn't open COM port. Maybe not configured.", place);
+}
+
+}  // namespace
+
+CQLXConfigDlg::CQLXConfigDlg()
+    : wxDialog(nullptr, wxID_ANY, kProgramTitle, wxDefaultPosition, wxDefaultSize,
+               wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMINIMIZE_BOX),
+      tabs_(new wxNotebook(this, kTabControl)),
+      editable_(platform::MayChangeSettings()),
+      restart_progress_(*this, [this] { EndModal(wxID_CANCEL); }),
+      restart_(platform::OpenServiceManager, restart_progress_, RestartEnd::kAlways) {
+  SetIcons(ProgramIcons());
+  MakePages();
+  LayOut();
+  LoadDocument();
+  InitialisePages();
+  BindEvents();
+}
+
+CQLXConfigDlg::~CQLXConfigDlg() {
+  restart_progress_.Release();
+}
+
+void CQLXConfigDlg::MakePages() {
+  auto* logging = new LOGDialog(tabs_, EndProgram);
+  auto* msr = new MSRDialog(tabs_, EndProgram);
+  pages_ = {logging, msr};
+  tabs_->AddPage(new wxPanel(tabs_), "COM Ports");
+  tabs_->AddPage(logging, "Logging");
+  tabs_->AddPage(msr, "MSR");
+  tabs_->AddPage(new wxPanel(tabs_), "iButton");
+  tabs_->AddPage(new wxPanel(tabs_), "Printer");
+}
+
+void CQLXConfigDlg::LayOut() {
+  auto* buttons = new wxBoxSizer(wxHORIZONTAL);
+  buttons->Add(new wxButton(this, kAboutCommand, "&About Configuration Tool..."));
+  buttons->AddStretchSpacer();
+  apply_all_ = new wxButton(this, kApplyAllButton, "Apply All");
+  buttons->Add(apply_all_);
+
+  auto* frame = new wxBoxSizer(wxVERTICAL);
+  frame->Add(tabs_, wxSizerFlags(1).Expand().Border(wxALL));
+  frame->Add(buttons, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
+  SetSizerAndFit(frame);
+  Centre();
+}
+
+void CQLXConfigDlg::BindEvents() {
+  tabs_->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED,
+              [this](wxBookCtrlEvent& event) { OnTabChanged(event.GetSelection()); });
+  Bind(
+      wxEVT_BUTTON, [this](wxCommandEvent&) { CAboutDlg(this).ShowModal(); }, kAboutCommand);
+  Bind(
+      wxEVT_BUTTON, [this](wxCommandEvent&) { OnApplyAll(); }, kApplyAllButton);
+  Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { OnCancel(); });
+  Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+    if (event.GetKeyCode() == WXK_ESCAPE) {
+      OnCancel();
+    } else {
+      event.Skip();
+    }
+  });
+  Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
+    event.Skip();
+    if (event.IsShown()) CallAfter(&CQLXConfigDlg::OnShown);
+  });
+}
+
+void CQLXConfigDlg::LoadDocument() {
+  document_ = MakeConfigDocument([this](const std::wstring& title, const std::wstring& text) {
+    ShowBox(this, text, BoxIcon::kError, title);
+  });
+  StartUpLoad(*document_, platform::ThisProgram(), platform::SystemDebugOutput(), EndProgram);
+}
+
+void CQLXConfigDlg::InitialisePages() {
+  for (SettingsPage* page : pages_) page->Initialise(document_.get(), editable_);
+  apply_all_->Enable(editable_);
+  PublishIds(*this);
+}
+
+void CQLXConfigDlg::OnShown() {
+  if (shown_) return;
+  shown_ = true;
+  if (!editable_) ShowBox(this, kNoRights, BoxIcon::kExclamation);
+  LogPrinterPortNotOpened("QLXConfigDlg::OnInitDialog()");
+}
+
+void CQLXConfigDlg::OnTabChanged(int tab) {
+  tabs_->SetFocus();
+  if (tab == kPrinterTab) LogPrinterPortNotOpened("QLXConfigDlg::OnTcnSelchangeTabMzp()");
+}
+
+void CQLXConfigDlg::OnApplyAll() {
+  if (restart_.running()) return;
+  for (SettingsPage* page : pages_) page->SaveToData();
+  ShowBox(this, L"All settings saved.", BoxIcon::kInformation);
+}
+
+void CQLXConfigDlg::OnCancel() {
+  // A window manager may ask for the close even while a box is open over the window.
+  if (restart_.running() || modal_depth_.count() > 1) return;
+  if (!document_->changed()) return EndModal(wxID_CANCEL);
+  const std::optional<bool> restart = AskYesNo(this, kRestartQuestion);
+  if (!restart) return;  // neither Yes nor No: the window stays
+  if (*restart) {
+    restart_.Start();
+  } else {
+    EndModal(wxID_CANCEL);
+  }
+}
+
+}  // namespace qlx

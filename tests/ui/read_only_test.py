@@ -1,0 +1,50 @@
+"""The running program for a user who may not change settings."""
+
+import os
+import unittest
+
+from pages_test import LOGGING_TAB_ORDER
+from window_case import WindowCase, complete_file
+
+NO_RIGHTS = (
+    "You do not have sufficient permissions.\n"
+    "Please run the application as Administrator if you need to change the settings."
+)
+MSR_CONTROLS = [*range(1001, 1019), 1029, 1024]
+
+
+class ReadOnly(WindowCase):
+    def setUp(self):
+        self.assertNotEqual(os.geteuid(), 0, "this test must not run as root")
+        super().setUp()
+
+    def open_and_read(self, file):
+        tool = self.open(file)
+        tool.answer("OK", NO_RIGHTS)
+        return tool
+
+    def test_every_control_is_grey_and_the_values_are_shown(self):
+        keys = {"TCP_Port": "4000", "Module_MSR": "false"}
+        tool = self.open_and_read(complete_file(Logging_Configuration=keys))
+        tool.tab("Logging")
+        self.assertEqual([n for n in LOGGING_TAB_ORDER if tool.enabled(n)], [])
+        self.assertEqual(tool.text(1022), "4000")
+        self.assertFalse(tool.checked(1021))
+        self.assertFalse(tool.enabled(1031))
+
+    def test_what_a_load_enables_stays_grey(self):
+        keys = {"Head_Wrapper": "head", "CR_Enabled": "true", "Track2_CR_Enabled": "true"}
+        tool = self.open_and_read(complete_file(MSR_Configuration=keys))
+        tool.tab("MSR")
+        self.assertEqual([n for n in MSR_CONTROLS if tool.enabled(n)], [])
+        self.assertTrue(tool.checked(1012) and tool.checked(1017))
+        self.assertEqual(tool.text(1014), "head")
+
+    def test_the_message_comes_once_and_the_window_closes_at_once(self):
+        tool = self.open_and_read(complete_file())
+        tool.close()
+        self.assertEqual(tool.wait(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

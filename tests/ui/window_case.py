@@ -1,0 +1,49 @@
+"""What the tests of the running window share."""
+
+import os
+import unittest
+
+from tool import Installation, Tool
+
+RESTART_QUESTION = (
+    "Configuration file changed. You must restart the services for the configuration to take effect.\n\n"
+    "Do you want to restart the services now?"
+)
+SECTIONS = [
+    "Ports_Configuration",
+    "Logging_Configuration",
+    "MSR_Configuration",
+    "IB_Configuration",
+    "Printer_Configuration",
+]
+
+
+def complete_file(**sections):
+    """A configuration file with every section; the named ones with the given keys and texts."""
+    body = ""
+    for name in SECTIONS:
+        keys = "".join(f"<{key}>{text}</{key}>" for key, text in sections.get(name, {}).items())
+        body += f"<{name}>{keys}</{name}>"
+    return f"<MZP>{body}</MZP>"
+
+
+class WindowCase(unittest.TestCase):
+    """Each test has an installation of its own; whatever it started is gone afterwards."""
+
+    def setUp(self):
+        self.installation = Installation(os.environ["QLX_PROGRAM"])
+        self.addCleanup(self.installation.close)
+
+    def start(self, environment=None):
+        """Starts the program without waiting for its window. No service manager answers unless one is given."""
+        tool = Tool(self.installation, environment or {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent"})
+        self.addCleanup(tool.kill)
+        return tool
+
+    def open(self, file=None, environment=None):
+        """Starts the program, on the given file if there is one, and waits for its window."""
+        if file is not None:
+            self.installation.write(file)
+        tool = self.start(environment)
+        tool.main_window()
+        return tool

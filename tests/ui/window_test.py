@@ -1,0 +1,146 @@
+"""The main window: start, tabs, Apply All, keys, closing."""
+
+import os
+import unittest
+
+from tool import Tool, descendants, wait_for
+from window_case import RESTART_QUESTION, WindowCase, complete_file
+
+LOAD_ERROR = "Error loading QLXConfig.xml!\nExiting program."
+
+
+class Start(WindowCase):
+    def test_a_new_file_is_written_and_closing_asks_for_the_restart(self):
+        tool = self.open()
+        self.assertEqual(self.installation.section("Logging_Configuration")["TCP_Port"], "38674")
+        tool.close()
+        tool.answer("No", RESTART_QUESTION)
+        self.assertEqual(tool.wait(), 0)
+
+    def test_a_complete_file_is_left_alone_and_closing_asks_nothing(self):
+        tool = self.open(complete_file())
+        before = self.installation.bytes()
+        tool.close()
+        self.assertEqual(tool.wait(), 0)
+        self.assertEqual(self.installation.bytes(), before)
+
+    def test_a_file_without_the_root_element_ends_the_program_with_code_1(self):
+        self.installation.write("<Other/>")
+        tool = self.start()
+        tool.answer("OK", LOAD_ERROR)
+        self.assertEqual(tool.wait(), 1)
+
+    def test_a_file_that_is_not_well_formed_is_replaced_and_kept_beside(self):
+        self.installation.write("<MZP><broken>")
+        tool = self.open()
+        with open(self.installation.file + ".unreadable", encoding="utf-8") as kept:
+            self.assertEqual(kept.read(), "<MZP><broken>")
+        tool.close()
+        tool.answer("No", RESTART_QUESTION)
+
+    def test_a_second_copy_ends_without_a_window(self):
+        self.open(complete_file())
+        second = Tool(self.installation)
+        self.addCleanup(second.kill)
+        self.assertEqual(second.wait(), 0)
+
+    def test_a_copy_that_was_killed_does_not_lock_the_next_one_out(self):
+        self.open(complete_file()).kill()
+        self.open(complete_file())
+
+    def test_the_window_shows_the_five_tabs_with_com_ports_in_front(self):
+        tool = self.open(complete_file())
+        tabs = tool.control(1000)
+        names = [tabs.getChildAtIndex(i).name for i in range(tabs.childCount)]
+        self.assertEqual(names, ["COM Ports", "Logging", "MSR", "iButton", "Printer"])
+        self.assertEqual(tabs.querySelection().getSelectedChild(0).name, "COM Ports")
+
+
+class Keys(WindowCase):
+    def test_enter_does_nothing(self):
+        tool = self.open(complete_file())
+        tool.tab("Logging")
+        before = self.installation.bytes()
+        for number in (1022, 1020):
+            tool.focus(number)
+            tool.key("Return")
+        tool.tab("MSR")
+        tool.focus(1008)
+        tool.key("Return")
+        tool.check(1002, True)
+        self.assertEqual(len(tool.windows()), 1)
+        self.assertEqual(self.installation.bytes(), before)
+
+    def test_a_question_that_is_closed_without_an_answer_leaves_the_window_open(self):
+        tool = self.open()
+        tool.close()
+        tool.box()
+        tool.key("Escape")
+        wait_for(lambda: len(tool.windows()) == 1, "the question to close")
+        tool.close()
+        tool.answer("No", RESTART_QUESTION)
+        self.assertEqual(tool.wait(), 0)
+
+    def test_about_is_reached_by_keyboard(self):
+        tool = self.open(complete_file())
+        tool.key("alt+a")
+        about = tool.window("About Configuration Tool")
+        labels = [c.name for c in descendants(about) if c.getRoleName() == "label"]
+        self.assertIn("Version:", labels)
+        self.assertIn("1.11.8", labels)
+        tool.key("Escape")
+        wait_for(lambda: len(tool.windows()) == 1, "the about box to close")
+
+
+class ApplyAll(WindowCase):
+    def test_saves_every_page_without_the_pages_messages(self):
+        tool = self.open(complete_file())
+        tool.tab("Logging")
+        tool.enter(1022, "4000")
+        tool.tab("MSR")
+        tool.enter(1008, "#")
+        tool.click(1031)
+        tool.answer("OK", "All settings saved.")
+        self.assertEqual(self.installation.section("Logging_Configuration")["TCP_Port"], "4000")
+        self.assertEqual(self.installation.section("MSR_Configuration")["Track1_Start_Sentinel"], "#")
+        tool.close()
+        tool.answer("No", RESTART_QUESTION)
+        self.assertEqual(tool.wait(), 0)
+
+    def test_what_the_tool_does_not_know_survives(self):
+        unknown = "<!--kept--><Other a=\"1\"><Deep>x</Deep></Other>"
+        tool = self.open(complete_file().replace("</MZP>", unknown + "</MZP>"))
+        tool.click(1031)
+        tool.answer("OK")
+        saved = self.installation.bytes().decode()
+        self.assertIn("<!--kept-->", saved)
+        self.assertIn("<Deep>x</Deep>", saved)
+
+    def test_the_file_before_the_run_is_kept_as_backup(self):
+        tool = self.open(complete_file())
+        before = self.installation.bytes()
+        tool.click(1031)
+        tool.answer("OK")
+        with open(self.installation.file + ".bak", "rb") as backup:
+            self.assertEqual(backup.read(), before)
+
+
+class FailedSave(WindowCase):
+    def test_the_box_names_the_file_and_the_old_file_stays(self):
+        tool = self.open(complete_file())
+        before = self.installation.bytes()
+        os.remove(self.installation.file)
+        os.mkdir(self.installation.file)
+        tool.tab("Logging")
+        tool.click(1026)
+        self.assertIn("Save File Error!", tool.window_titles())
+        tool.answer("OK", f'Unable to save file "{self.installation.file}".\nPlease check location of file')
+        tool.answer("OK", "Log settings saved.")
+        os.rmdir(self.installation.file)
+        self.installation.write(before.decode())
+        tool.close()
+        self.assertEqual(tool.wait(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
