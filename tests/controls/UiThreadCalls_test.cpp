@@ -1,12 +1,12 @@
 #include "controls/UiThreadCalls.h"
 
-#include <gtest/gtest.h>
-#include <wx/thread.h>
-
 #include <atomic>
 #include <memory>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
+#include <wx/thread.h>
 
 #include "tests/support/event_loop.h"
 

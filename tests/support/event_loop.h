@@ -1,11 +1,11 @@
 // Lets a test on the user-interface thread wait for something that its own event loop brings about.
 #pragma once
 
+#include <chrono>
+
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/utils.h>
-
-#include <chrono>
 
 namespace qlx {
 
