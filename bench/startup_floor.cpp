@@ -8,7 +8,7 @@
 #include <wx/sizer.h>
 #include <wx/textctrl.h>
 
-namespace {
+namespace qlx::bench {
 
 constexpr int kTabs = 5;
 constexpr int kControlsPerTab = 14;
@@ -44,6 +44,6 @@ class FloorApp : public wxApp {
   }
 };
 
-}  // namespace
+}  // namespace qlx::bench
 
-wxIMPLEMENT_APP(FloorApp);
+wxIMPLEMENT_APP(qlx::bench::FloorApp);

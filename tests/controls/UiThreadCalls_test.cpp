@@ -45,6 +45,7 @@ TEST(UiThreadCalls, AWindowThatClosesLetsItsWaitingWorkersGo) {
   auto calls = std::make_unique<UiThreadCalls>();
   std::atomic<int> let_go = 0;
   std::vector<std::thread> workers;
+  workers.reserve(4);
   for (int i = 0; i < 4; ++i) {
     workers.emplace_back([&, window = calls.get()] {
       if (!window->Run([] { ADD_FAILURE() << "ran after the close"; })) ++let_go;

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <wx/app.h>
 
-namespace {
+namespace qlx {
 
 class TestApp : public wxApp {
  public:
@@ -20,9 +20,9 @@ class TestApp : public wxApp {
   }
 };
 
-}  // namespace
+}  // namespace qlx
 
-wxIMPLEMENT_APP_NO_MAIN(TestApp);
+wxIMPLEMENT_APP_NO_MAIN(qlx::TestApp);
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
