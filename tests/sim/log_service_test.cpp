@@ -1,5 +1,6 @@
 #include <fstream>
 #include <iterator>
+#include <list>
 
 #include <gmock/gmock.h>
 
@@ -177,10 +178,10 @@ TEST_F(LogServiceTest, ALogFileThatCannotBeWrittenKeepsItFromStarting) {
 
 TEST_F(LogServiceTest, ClientsPastTheLimitAreRefused) {
   ASSERT_TRUE(Start());
-  std::vector<std::unique_ptr<TcpClient>> clients;
-  for (int i = 0; i < 65; ++i) clients.push_back(std::make_unique<TcpClient>(Port()));
+  std::list<TcpClient> clients;
+  for (int i = 0; i < 65; ++i) clients.emplace_back(Port());
   EXPECT_TRUE(said_.Await("log client refused: there are 64"));
-  clients.back()->AwaitEnd();
+  clients.back().AwaitEnd();
 }
 
 }  // namespace
