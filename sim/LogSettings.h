@@ -13,8 +13,8 @@ struct LogSettings {
   std::uint64_t file_bytes = 10240 * 1024;
 };
 
-/// Reads the file at `configuration`; each value that is missing or unusable keeps its default, as the whole
-/// does when there is no such file yet.
+/// Reads the file at `configuration` as the tool's own log does; each value that is missing or unusable keeps
+/// its default, as the whole does when there is no such file yet.
 LogSettings ReadLogSettings(const std::filesystem::path& configuration);
 
 }  // namespace qlx::sim

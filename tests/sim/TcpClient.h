@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -49,17 +50,21 @@ class TcpClient {
   bool connected_ = false;
 };
 
-/// A port that nothing listens on at the moment.
+/// A port that nothing listens on, below those that the system gives to clients, so that no client of a test
+/// running beside this one gets it meanwhile.
 inline std::uint16_t FreePort() {
-  const int holder = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  bind(holder, reinterpret_cast<const sockaddr*>(&address), size);
-  getsockname(holder, reinterpret_cast<sockaddr*>(&address), &size);
-  close(holder);
-  return ntohs(address.sin_port);
+  std::random_device random;
+  std::uniform_int_distribution<int> ports(20000, 32000);
+  while (true) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(ports(random)));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const int holder = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool free = bind(holder, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(holder);
+    if (free) return ntohs(address.sin_port);
+  }
 }
 
 }  // namespace qlx::sim

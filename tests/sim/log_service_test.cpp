@@ -1,5 +1,6 @@
 #include <fstream>
 #include <iterator>
+#include <list>
 
 #include <gmock/gmock.h>
 
@@ -121,11 +122,13 @@ TEST_F(LogServiceTest, AFullFileMakesRoomForTheNext) {
   EXPECT_EQ(Log().size(), 476U);
 }
 
-TEST_F(LogServiceTest, StoppingTakesWhatWasAlreadySent) {
+TEST_F(LogServiceTest, StoppingTakesWhatWasAlreadySentEvenByAClientNotYetAccepted) {
   ASSERT_TRUE(Start());
-  const TcpClient client(Port());
-  client.Send("last\r\n");
-  Stop();
+  loop_.Do([this] {
+    const TcpClient client(service_.port());
+    client.Send("last\r\n");
+    service_.Stop();
+  });
   EXPECT_EQ(Log(), "last\r\n");
 }
 
@@ -175,10 +178,10 @@ TEST_F(LogServiceTest, ALogFileThatCannotBeWrittenKeepsItFromStarting) {
 
 TEST_F(LogServiceTest, ClientsPastTheLimitAreRefused) {
   ASSERT_TRUE(Start());
-  std::vector<std::unique_ptr<TcpClient>> clients;
-  for (int i = 0; i < 65; ++i) clients.push_back(std::make_unique<TcpClient>(Port()));
+  std::list<TcpClient> clients;
+  for (int i = 0; i < 65; ++i) clients.emplace_back(Port());
   EXPECT_TRUE(said_.Await("log client refused: there are 64"));
-  clients.back()->AwaitEnd();
+  clients.back().AwaitEnd();
 }
 
 }  // namespace
