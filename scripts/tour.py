@@ -16,10 +16,11 @@ class Tour:
     """Drives the program and numbers the pictures."""
 
     def __init__(self, program, pictures):
+        self.installation = SimpleNamespace(program=program, directory=os.path.dirname(program))
         self.pictures = pictures
         self.count = 0
         os.makedirs(pictures, exist_ok=True)
-        self.tool = Tool(SimpleNamespace(program=program, directory=os.path.dirname(program)))
+        self.tool = Tool(self.installation)
 
     def picture(self, name):
         """The screen as it is once the program has nothing more to draw."""
@@ -66,9 +67,20 @@ class Tour:
         self.tool.box_text()
         self.picture("all-saved")
         self.tool.answer("OK", "All settings saved.")
-        self.close()
+        self.close_with_restart()
 
-    def close(self):
+    def visit_again(self):
+        """The log level that the first visit chose is in force now: what the tool logs reaches the log file."""
+        self.tool = Tool(self.installation)
+        self.tool.main_window()
+        self.tool.tab("Printer")
+        log = os.path.join(self.installation.directory, "log", "qlx.log")
+        wait_for(lambda: os.path.exists(log) and os.path.getsize(log) > 0, "a record in the log file")
+        self.picture("second-visit")
+        self.tool.close()
+        self.end()
+
+    def close_with_restart(self):
         self.tool.close()
         self.tool.box_text()
         self.picture("restart-question")
@@ -76,6 +88,9 @@ class Tour:
         wait_for(lambda: self.tool.box_text().startswith("Quillon services restarted."), "the end of the restart")
         self.picture("services-restarted")
         self.tool.answer("OK")
+        self.end()
+
+    def end(self):
         code = self.tool.wait()
         if code != 0:
             raise SystemExit(f"tour: the tool ended with {code}")
@@ -88,6 +103,7 @@ def main():
     tour = Tour(os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2]))
     try:
         tour.visit()
+        tour.visit_again()
     finally:
         tour.tool.kill()
         window_manager.terminate()

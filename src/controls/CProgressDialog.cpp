@@ -16,7 +16,9 @@ CProgressDialog::CProgressDialog(wxWindow* parent)
   bar_ = new wxGauge(this, kBarId, 100, wxDefaultPosition, ConvertDialogToPixels(wxSize(151, 14)));
   SetAccessibleName(*bar_, GetTitle());
   auto* frame = new wxBoxSizer(wxVERTICAL);
-  frame->Add(bar_, wxSizerFlags(1).Expand().Border(wxALL, ConvertDialogToPixels(wxSize(7, 0)).x));
+  frame->AddStretchSpacer();
+  frame->Add(bar_, wxSizerFlags().Expand().Border(wxALL, ConvertDialogToPixels(wxSize(7, 0)).x));
+  frame->AddStretchSpacer();
   frame->SetMinSize(ConvertDialogToPixels(wxSize(165, 49)));
   SetSizerAndFit(frame);
   CentreOnParent();

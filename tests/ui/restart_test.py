@@ -1,10 +1,11 @@
 """Closing with Yes: the services restart, seen on the bus and in the window."""
 
+import os
 import socket
 import unittest
 
 from simulator import Simulator
-from tool import wait_for
+from tool import screenshot, wait_for
 from window_case import RESTART_QUESTION, WindowCase, complete_file
 
 
@@ -60,6 +61,23 @@ class Restart(WindowCase):
         tool.key("Escape")
         tool.answer("OK", "Quillon services restarted.\n")
         self.assertEqual(tool.wait(), 0)
+
+    def test_the_windows_stay_painted_while_a_service_never_stops(self):
+        simulator = self.simulate("--hang-stopping", "QLXSVC")
+        tool = self.open_changed(simulator)
+        tool.answer("Yes", RESTART_QUESTION)
+        bar = tool.control(1087)
+        self.assertEqual(tool.window("Restarting services...").name, "Restarting services...")
+        pictures = set()
+
+        def moving():
+            path = os.path.join(self.installation.directory, "bar.png")
+            screenshot(path, bar)
+            with open(path, "rb") as file:
+                pictures.add(file.read())
+            return len(pictures) > 3
+
+        wait_for(moving, "four different pictures of the progress bar")
 
     def test_the_log_stream_goes_to_the_port_of_the_file(self):
         keys = {"Log_Level": "1", "TCP_Port": free_port(), "File_Name": "C:\\LOG\\qlx.log"}

@@ -262,6 +262,10 @@ def xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True)
 
 
-def screenshot(path):
-    """The whole screen as a PNG."""
-    subprocess.run(["import", "-window", "root", path], check=True)
+def screenshot(path, accessible=None):
+    """The screen, or the part of it that accessible takes up, as a PNG; the empty screen around it is cut off."""
+    crop = []
+    if accessible is not None:
+        extents = accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        crop = ["-crop", f"{extents.width}x{extents.height}+{extents.x}+{extents.y}"]
+    subprocess.run(["import", "-window", "root", *crop, "-trim", "+repage", path], check=True)
