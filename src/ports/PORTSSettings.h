@@ -1,0 +1,62 @@
+// The COM Ports page without its window.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "config/ConfigDocument.h"
+#include "ports/DeviceKind.h"
+
+namespace qlx {
+
+/// A USB device as the file knows it: identifiers in the form "0x%04x", empty texts for none in particular.
+struct UsbIdentity {
+  std::wstring vendor;
+  std::wstring product;
+  std::wstring serial;
+  bool operator==(const UsbIdentity&) const = default;
+};
+
+/// One row of the page.
+struct PortRow {
+  std::wstring port;  ///< "COM" and a number, empty when none is assigned
+  UsbIdentity usb;
+  bool operator==(const PortRow&) const = default;
+};
+
+/// Section Ports_Configuration: one row a device kind. User-interface thread.
+class PORTSSettings {
+ public:
+  /// `ports` are the names that a row may be given, as discovered when the tool started.
+  explicit PORTSSettings(std::vector<std::wstring> ports) : ports_(std::move(ports)) {}
+
+  const std::vector<std::wstring>& ports() const { return ports_; }
+  const PortRow& row(DeviceKind kind) const { return rows_[static_cast<std::size_t>(kind)]; }
+  /// The port that serves `kind`: the second USB drawer shares the first one's.
+  const std::wstring& PortOf(DeviceKind kind) const;
+
+  /// Takes the ports that are present, and the identities of the two USB drawers. The other identities are
+  /// not read back on purpose: the drivers find those devices by themselves, and a save without a new choice
+  /// hands them back to that.
+  void Load(const std::vector<ConfigNode>& elements);
+
+  /// Writes every row and saves the file.
+  void Save(ConfigDocument& document) const;
+
+  /// Empties every row; nothing is saved.
+  void Clear() { rows_ = {}; }
+
+  /// Takes a choice for `kind`; `second` is the second drawer's and counts for the USB drawers only. Another
+  /// row that had the port loses it.
+  void Configure(DeviceKind kind, const PortRow& choice, const UsbIdentity& second);
+
+ private:
+  PortRow& Row(DeviceKind kind) { return rows_[static_cast<std::size_t>(kind)]; }
+
+  std::vector<std::wstring> ports_;
+  std::array<PortRow, kDeviceKinds> rows_;
+};
+
+}  // namespace qlx
