@@ -1,14 +1,13 @@
 #include "log/Logger.h"
 
+#include "config/start_up.h"
+
 namespace qlx {
 namespace {
 
-constexpr std::wstring_view kDefaultPath = L"C:\\Program Files\\Harlune\\MZP\\BIN\\QLXConfig.xml";
-
 /// The keys as the file holds them now; both readers look for the file themselves.
 std::vector<ConfigNode> ReadKeys(const LoggerSystem& system) {
-  const std::wstring path =
-      system.program.PathBesideExecutable(L"QLXConfig.xml").value_or(std::wstring(kDefaultPath));
+  const std::wstring path = ConfigurationPath(system.program);
   system.debug_output.Write(L"[MZP]: Log Library XML File Path = " + path);
   // On a platform that knows no drive letters the default path would name a file of the current directory.
   if (!system.program.IsAbsolutePath(path)) return {};
