@@ -9,6 +9,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -30,7 +31,10 @@ class ScratchDirectory {
   }
   ScratchDirectory(const ScratchDirectory&) = delete;
   ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-  ~ScratchDirectory() { std::filesystem::remove_all(path_); }
+  ~ScratchDirectory() {
+    std::error_code left;
+    std::filesystem::remove_all(path_, left);
+  }
 
   const std::filesystem::path& path() const { return path_; }
 

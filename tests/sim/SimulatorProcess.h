@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -33,6 +34,7 @@ class SimulatorProcess {
     pointers.push_back(nullptr);
     process_ = fork();
     if (process_ == 0) {
+      prctl(PR_SET_PDEATHSIG, SIGTERM);  // a test that is killed at its limit leaves nothing running
       dup2(output[1], STDOUT_FILENO);
       dup2(output[1], STDERR_FILENO);
       execv(QLXSIM_PATH, pointers.data());
@@ -43,7 +45,7 @@ class SimulatorProcess {
   }
   SimulatorProcess(const SimulatorProcess&) = delete;
   SimulatorProcess& operator=(const SimulatorProcess&) = delete;
-  ~SimulatorProcess() { End(SIGKILL); }
+  ~SimulatorProcess() { End(SIGTERM); }
 
   SaidLines& said() { return said_; }
   pid_t process() const { return process_; }

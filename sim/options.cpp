@@ -1,0 +1,67 @@
+#include "sim/options.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace qlx::sim {
+namespace {
+
+struct Departure {
+  const char* flag;
+  const char* help;
+  bool UnitBehaviour::*member;
+};
+
+constexpr Departure kDepartures[] = {
+    {"--stopped", "the service does not run at the beginning", &UnitBehaviour::stopped},
+    {"--missing", "the manager knows no such service", &UnitBehaviour::missing},
+    {"--refuse-stop", "a request to stop is denied", &UnitBehaviour::refuse_stop},
+    {"--refuse-start", "a request to start is denied", &UnitBehaviour::refuse_start},
+    {"--hang-stopping", "once asked to stop, it stays deactivating", &UnitBehaviour::hang_stopping},
+    {"--hang-starting", "once asked to start, it stays activating", &UnitBehaviour::hang_starting},
+    {"--fail-stop", "a stop ends in the state failed", &UnitBehaviour::fail_stop},
+    {"--fail-start", "a start goes straight to the state failed", &UnitBehaviour::fail_start},
+    {"--lose-bus", "a request to stop ends the bus", &UnitBehaviour::lose_bus},
+};
+
+struct Duration {
+  const char* flag;
+  const char* help;
+  std::chrono::milliseconds UnitBehaviour::*member;
+};
+
+constexpr Duration kDurations[] = {
+    {"--start-takes", "milliseconds that every service is activating", &UnitBehaviour::start_takes},
+    {"--stop-takes", "milliseconds that every service is deactivating", &UnitBehaviour::stop_takes},
+};
+
+}  // namespace
+
+void AddOptions(CLI::App& app, SuiteOptions& options) {
+  app.add_option("--config", options.configuration, "the suite's configuration file; may come later")
+      ->required();
+  app.add_option("--dir", options.directory, "directory for sockets and the file 'environment'")->required();
+  app.add_option("--log-dir", options.log_directory, "directory of the suite's log file; default: --dir");
+  app.add_flag("--never-answer", options.never_answer, "the service manager answers no call");
+  for (const Departure& departure : kDepartures) {
+    const auto set = [&options, &departure](const std::vector<std::string>& names) {
+      for (const std::string& name : names) options.behaviours.at(name).*departure.member = true;
+    };
+    app.add_option_function<std::vector<std::string>>(departure.flag, set, departure.help)
+        ->type_name("SERVICE")
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember({"QLXSVC", "QLXLOGSVC"}));
+  }
+  for (const Duration& duration : kDurations) {
+    const auto set = [&options, &duration](const int& count) {
+      for (auto& behaviour : options.behaviours)
+        behaviour.second.*duration.member = std::chrono::milliseconds(count);
+    };
+    app.add_option_function<int>(duration.flag, set, duration.help)->check(CLI::Range(0, 3'600'000));
+  }
+}
+
+}  // namespace qlx::sim
