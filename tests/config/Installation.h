@@ -1,6 +1,7 @@
 // A directory with the tool's configuration file, as the running tool meets it.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
