@@ -52,6 +52,10 @@ int ConfigDocument::ReadTree(const std::wstring& name, std::vector<ConfigNode>& 
   return 0;
 }
 
+bool ConfigDocument::Contains(const std::wstring& name) const {
+  return loaded_ && xml_->Contains(name);
+}
+
 bool ConfigDocument::FindNode(const std::vector<ConfigNode>& trees, const std::wstring& name) {
   return std::ranges::any_of(
       trees, [&](const ConfigNode& tree) { return tree.name == name || FindNode(tree.children, name); });
@@ -69,12 +73,7 @@ void ConfigDocument::AddTree(const ConfigNode& node, const std::wstring& parent_
 }
 
 std::vector<ConfigNode> ConfigDocument::ReadSection(const std::wstring& section) {
-  std::vector<ConfigNode> keys;
-  if (!loaded_) return keys;
-  for (ConfigNode& found : xml_->GetNodes(SectionPath(section), {})) {
-    std::ranges::move(found.children, std::back_inserter(keys));
-  }
-  return keys;
+  return loaded_ ? xml_->GetChildren(SectionPath(section)) : std::vector<ConfigNode>();
 }
 
 void ConfigDocument::SetValue(const std::wstring& section, const std::wstring& key, const std::wstring& text,
@@ -82,10 +81,10 @@ void ConfigDocument::SetValue(const std::wstring& section, const std::wstring& k
   if (!loaded_) return;
   const std::wstring path = SectionPath(section);
   const std::wstring element = path + L"/" + key;
-  if (xml_->GetNodes(element, {}).empty()) {
-    xml_->AddNode(path, key, text, attributes);
-  } else {
+  if (xml_->Contains(element)) {
     xml_->SetNode(element, {}, text, attributes);
+  } else {
+    xml_->AddNode(path, key, text, attributes);
   }
 }
 

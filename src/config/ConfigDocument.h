@@ -30,8 +30,12 @@ class ConfigDocument {
   /// succeeded.
   void Save(const std::wstring& path = {});
 
-  /// Every element `name` with its descendants into `result`. 0, or kNotLoaded with an empty result.
+  /// Every element `name` with its descendants into `result`. 0, or kNotLoaded with an empty result. An element
+  /// inside another of its name is copied with both.
   int ReadTree(const std::wstring& name, std::vector<ConfigNode>& result);
+
+  /// True when an element `name` occurs anywhere in the document; `name` may be a path of names.
+  bool Contains(const std::wstring& name) const;
 
   /// True when an element `name` occurs anywhere in `trees`.
   static bool FindNode(const std::vector<ConfigNode>& trees, const std::wstring& name);
@@ -42,7 +46,8 @@ class ConfigDocument {
   /// Adds `node` with its descendants under `parent_path` (empty: the document itself).
   void AddTree(const ConfigNode& node, const std::wstring& parent_path);
 
-  /// The child elements of MZP / `section` in document order; empty when there are none.
+  /// The child elements of MZP / `section` in document order, each with its own children and nothing deeper;
+  /// empty when there are none.
   std::vector<ConfigNode> ReadSection(const std::wstring& section);
 
   /// Writes text and attributes of MZP / `section` / `key`, appending the element when it is missing.

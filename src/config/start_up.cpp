@@ -1,7 +1,5 @@
 #include "config/start_up.h"
 
-#include <vector>
-
 #include "config/schema.h"
 
 namespace qlx {
@@ -31,12 +29,13 @@ bool OpenOrCreate(ConfigDocument& document, const std::wstring& path) {
   return true;
 }
 
-void AddMissingSections(ConfigDocument& document, const std::vector<ConfigNode>& tree) {
+void AddMissingSections(ConfigDocument& document) {
+  const std::wstring root(kRootElement);
   bool added = false;
   for (const SectionDefault& section : Sections()) {
     const std::wstring name(section.name);
-    if (ConfigDocument::FindNode(tree, name)) continue;
-    document.AddNode(std::wstring(kRootElement), name, {}, {});
+    if (document.Contains(root + L"//" + name)) continue;
+    document.AddNode(root, name, {}, {});
     added = true;
   }
   if (added) document.Save();
@@ -53,10 +52,8 @@ void StartUpLoad(ConfigDocument& document, const platform::Program& program,
   const std::wstring path = ConfigurationPath(program);
   debug_output.Write(L"[MZP]: MZP Config XML File Path = " + path);
   if (!program.IsAbsolutePath(path) || !OpenOrCreate(document, path)) return end(kLoadError);
-  std::vector<ConfigNode> tree;
-  document.ReadTree(std::wstring(kRootElement), tree);
-  if (tree.empty()) return end(kLoadError);
-  AddMissingSections(document, tree);
+  if (!document.Contains(std::wstring(kRootElement))) return end(kLoadError);
+  AddMissingSections(document);
 }
 
 }  // namespace qlx

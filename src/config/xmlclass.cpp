@@ -1,6 +1,8 @@
 #include "config/xmlclass.h"
 
+#include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
 #include "config/xml_text.h"
 
@@ -9,12 +11,38 @@ namespace qlx {
 using platform::ReadStatus;
 using platform::XmlNode;
 
+namespace {
+
+bool IsNameCharacter(wchar_t c) {
+  const bool letter = (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || c == L'_' || c > 0x7F;
+  return letter || (c >= L'0' && c <= L'9') || c == L'-' || c == L'.';
+}
+
+bool MayStartName(wchar_t c) {
+  return IsNameCharacter(c) && c != L'-' && c != L'.' && !(c >= L'0' && c <= L'9');
+}
+
+bool IsName(std::wstring_view text) {
+  return !text.empty() && MayStartName(text.front()) && std::ranges::all_of(text, IsNameCharacter);
+}
+
+/// Names joined by "/" or "//".
+bool IsNamePath(std::wstring_view text) {
+  for (std::size_t slash = text.find(L'/'); slash != std::wstring_view::npos; slash = text.find(L'/')) {
+    if (!IsName(text.substr(0, slash))) return false;
+    text.remove_prefix(text.substr(slash).starts_with(L"//") ? slash + 2 : slash + 1);
+  }
+  return IsName(text);
+}
+
+}  // namespace
+
 std::wstring ElementQuery(const std::wstring& name, const AttributeMap& filter) {
-  if (name.empty()) return {};
+  if (!IsNamePath(name)) return {};
   std::wstring query = L"//" + name;
   const wchar_t* before = L"[@";
   for (const auto& [attribute, value] : filter) {
-    if (value.find(L'"') != std::wstring::npos) return {};
+    if (!IsName(attribute) || value.find(L'"') != std::wstring::npos) return {};
     query += before + attribute + L"=\"" + value + L"\"";
     before = L" and ";
   }
@@ -44,37 +72,54 @@ bool xmlclass::Save(const std::wstring& path) {
   if (!dom_) return true;
   const std::wstring& target = path.empty() ? path_ : path;
   const std::string bytes = dom_->Serialise();
-  if (bytes.size() > kLargestFile) return false;  // nobody could read it again
+  if (!CanBeReadAgain(bytes)) return false;
   KeepOldFile(target);
   if (files_.Replace(target, bytes)) return false;
-  saved_before_ = true;
-  unreadable_ = false;
+  saved_.insert(target);
   return true;
+}
+
+/// An empty document cannot, nor one that has grown past a limit since it was read.
+bool xmlclass::CanBeReadAgain(const std::string& bytes) const {
+  const auto reader = create_dom_();
+  return bytes.size() <= kLargestFile && reader && reader->Parse(bytes);
 }
 
 /// What a save overwrites can be had back. Best effort: without the copy the save itself is still as asked
 /// for.
 void xmlclass::KeepOldFile(const std::wstring& path) {
-  if (unreadable_) {
-    files_.Copy(path, path + L".unreadable");
-  } else if (!saved_before_) {
-    files_.Copy(path, path + L".bak");
-  }
+  if (saved_.contains(path)) return;
+  files_.Copy(path, path + (unreadable_ && path == path_ ? L".unreadable" : L".bak"));
 }
 
 std::vector<ConfigNode> xmlclass::GetNodes(const std::wstring& name, const AttributeMap& filter) {
   std::vector<ConfigNode> nodes;
   const std::wstring query = ElementQuery(name, filter);
   if (!dom_ || query.empty()) return nodes;
-  for (const XmlNode* element : dom_->Select(query)) nodes.push_back(ToNode(element));
+  for (const XmlNode* element : dom_->Select(query)) nodes.push_back(ToNode(element, platform::kXmlDepthLimit));
   return nodes;
 }
 
-/// Recursion is bounded by the depth that the document may have.
-ConfigNode xmlclass::ToNode(const XmlNode* element) const {
+std::vector<ConfigNode> xmlclass::GetChildren(const std::wstring& name) const {
+  std::vector<ConfigNode> nodes;
+  const std::wstring query = ElementQuery(name, {});
+  if (!dom_ || query.empty()) return nodes;
+  for (const XmlNode* element : dom_->Select(query)) {
+    std::ranges::move(ToNode(element, 2).children, std::back_inserter(nodes));
+  }
+  return nodes;
+}
+
+bool xmlclass::Contains(const std::wstring& name) const {
+  const std::wstring query = ElementQuery(name, {});
+  return dom_ && !query.empty() && !dom_->Select(query).empty();
+}
+
+ConfigNode xmlclass::ToNode(const XmlNode* element, int levels) const {
   ConfigNode node{dom_->Name(element), dom_->Text(element), dom_->Attributes(element), {}};
+  if (levels == 0) return node;
   for (const XmlNode* child : dom_->Children(element)) {
-    if (dom_->Name(child) != L"#comment") node.children.push_back(ToNode(child));
+    if (dom_->Name(child) != L"#comment") node.children.push_back(ToNode(child, levels - 1));
   }
   return node;
 }
@@ -94,25 +139,27 @@ void xmlclass::Write(XmlNode* element, const std::wstring& text, const Attribute
 bool xmlclass::AddNode(const std::wstring& parent, const std::wstring& name, const std::wstring& text,
                        const AttributeMap& attributes) {
   if (!dom_) return false;
-  XmlNode* under = nullptr;
-  if (!parent.empty()) {
-    const std::wstring query = ElementQuery(parent, {});
-    auto found = dom_->Select(query);
-    if (found.empty()) {
-      const std::size_t joint = parent.rfind(L"//");
-      const bool nested = joint != std::wstring::npos;
-      if (!AddNode(nested ? parent.substr(0, joint) : L"", nested ? parent.substr(joint + 2) : parent, L"",
-                   {})) {
-        return false;
-      }
-      found = dom_->Select(query);
-    }
-    under = found.front();
-  }
-  XmlNode* element = dom_->Append(under, name);
+  XmlNode* const under = parent.empty() ? nullptr : FoundOrAdded(parent);
+  if (under == nullptr && !parent.empty()) return false;
+  XmlNode* const element = dom_->Append(under, name);
   if (element == nullptr) return false;
   Write(element, text, attributes);
   return true;
+}
+
+/// The first element of the path in document order, created with its own parents when there is none; null when
+/// it cannot be.
+XmlNode* xmlclass::FoundOrAdded(const std::wstring& path) {
+  const std::wstring query = ElementQuery(path, {});
+  if (query.empty()) return nullptr;
+  auto found = dom_->Select(query);
+  if (found.empty()) {
+    const std::size_t joint = path.rfind(L"//");
+    const bool nested = joint != std::wstring::npos;
+    AddNode(nested ? path.substr(0, joint) : L"", nested ? path.substr(joint + 2) : path, L"", {});
+    found = dom_->Select(query);
+  }
+  return found.empty() ? nullptr : found.front();
 }
 
 void xmlclass::RemoveNodes(const std::wstring& name, const AttributeMap& filter) {

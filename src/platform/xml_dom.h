@@ -14,6 +14,8 @@ namespace qlx::platform {
 inline constexpr int kXmlDepthLimit = 200;
 /// Most attributes that one element may have; the parsers' own check for doubled ones is quadratic.
 inline constexpr int kXmlAttributeLimit = 1000;
+/// Most tags, comments and attributes that a document may have in all.
+inline constexpr int kXmlNodeLimit = 1'000'000;
 
 /// A node of an XmlDom, owned by it: valid until the node is removed or the document parsed anew.
 class XmlNode;
@@ -31,20 +33,23 @@ class XmlDom {
   /// The document in UTF-8 with a declaration, one element a line, indented.
   virtual std::string Serialise() const = 0;
 
-  /// The nodes that `xpath` (XPath 1.0) selects, in document order; none when it is no valid expression.
+  /// The elements that `xpath` selects, in document order; none when it is no valid expression. Of XPath 1.0
+  /// the form "//name" with any number of "/name" or "//name" and at most one predicate behind. Linear in the
+  /// document.
   virtual std::vector<XmlNode*> Select(const std::wstring& xpath) const = 0;
 
-  /// An element's name; "#comment" for a comment.
+  /// An element's name as it is written, prefix included; "#comment" for a comment.
   virtual std::wstring Name(const XmlNode* node) const = 0;
 
   /// The element's own text, without that of its descendants. Blanks count, except where they only set child
-  /// elements apart.
+  /// elements or comments apart.
   virtual std::wstring Text(const XmlNode* element) const = 0;
   /// Replaces the element's own text; its comments and child elements stay. `text` must hold nothing but
   /// characters of XML 1.0 (production 2).
   virtual void SetText(XmlNode* element, const std::wstring& text) = 0;
 
   virtual std::map<std::wstring, std::wstring> Attributes(const XmlNode* element) const = 0;
+  /// Nothing happens when `name` is no XML name; of `value` the same is asked as of a text.
   virtual void SetAttribute(XmlNode* element, const std::wstring& name, const std::wstring& value) = 0;
 
   /// Child elements and comments in document order.
@@ -53,7 +58,7 @@ class XmlDom {
   virtual XmlNode* Parent(const XmlNode* node) const = 0;
 
   /// Adds a new element as the last child of `parent`, null meaning the document. Null when the document has
-  /// a root already or `name` is no XML name.
+  /// a root already or `name` is no XML name without a colon.
   virtual XmlNode* Append(XmlNode* parent, const std::wstring& name) = 0;
   virtual void Remove(XmlNode* node) = 0;
 };

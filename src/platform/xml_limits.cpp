@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 
 #include "platform/xml_dom.h"
@@ -19,6 +20,7 @@ class AsciiUnits {
     low_ = big ? 1 : 0;
   }
 
+  bool wide() const { return width_ == 2; }
   std::size_t size() const { return bytes_.size() / width_; }
 
   /// 0 where the unit is not ASCII.
@@ -34,9 +36,10 @@ class AsciiUnits {
   std::size_t low_ = 0;
 };
 
-// Where a unit can stand for itself only, so that the count below cannot be misled.
-constexpr std::array<std::string_view, 7> kEncodings = {"utf-8",       "utf-16", "us-ascii", "iso-8859-",
-                                                        "windows-125", "koi8-",  "ibm"};
+// Where a unit can stand for itself only, so that the counts below cannot be misled. Of IBM's sets, those
+// without a prefix here are EBCDIC.
+constexpr std::array<std::string_view, 8> kEncodings = {"utf-8",  "us-ascii", "iso-8859-", "windows-125",
+                                                        "koi8-r", "ibm437",   "ibm85",     "ibm86"};
 constexpr std::size_t kLongestDeclaration = 200;
 constexpr std::size_t kLongestMark = 3;  // units that a byte order mark takes
 
@@ -48,33 +51,112 @@ char Lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// The encoding that the declaration names, in lower case; empty when it names none.
-std::string DeclaredEncoding(const AsciiUnits& units) {
+/// The declaration in lower case, empty when there is none; nothing when it does not end where it should.
+std::optional<std::string> Declaration(const AsciiUnits& units) {
   std::string start;
   for (std::size_t i = 0; i < std::min(units.size(), kLongestDeclaration); ++i) start += Lower(units[i]);
-  if (start.find("<?xml") > kLongestMark) return {};
-  start = start.substr(0, start.find("?>"));
-  const std::size_t key = start.find("encoding");
-  const std::size_t open = key == std::string::npos ? key : start.find_first_of("\"'", key);
-  if (open == std::string::npos) return {};
-  return start.substr(open + 1, start.find(start[open], open + 1) - open - 1);
+  if (start.find("<?xml") > kLongestMark) return std::string();
+  const std::size_t end = start.find("?>");
+  if (end == std::string::npos) return std::nullopt;
+  return start.substr(0, end);
 }
 
 bool EncodingIsRead(const AsciiUnits& units) {
-  const std::string encoding = DeclaredEncoding(units);
-  return encoding.empty() ||
-         std::ranges::any_of(kEncodings, [&](std::string_view known) { return encoding.starts_with(known); });
+  const auto declaration = Declaration(units);
+  if (!declaration) return false;
+  const std::size_t key = declaration->find("encoding");
+  if (key == std::string::npos) return true;
+  if (declaration->find("encoding", key + 1) != std::string::npos) return false;
+  const std::size_t open = declaration->find_first_of("\"'", key);
+  if (open == std::string::npos) return false;
+  const std::string_view encoding = std::string_view(*declaration).substr(open + 1);
+  if (units.wide()) return encoding.starts_with("utf-16");
+  return std::ranges::any_of(kEncodings, [&](std::string_view known) { return encoding.starts_with(known); });
 }
 
-/// A "<" can stand neither in an attribute's value nor in text, so between two of them lies one tag at most.
-bool AttributesAreFew(const AsciiUnits& units) {
-  int attributes = 0;
-  char before = 0;
+/// Without a mark a wide encoding shows by its zeros, EBCDIC by what its "<?" is here.
+bool IsSingleBytes(std::string_view bytes) {
+  return bytes.find('\0') == std::string_view::npos && !bytes.starts_with("\x4C\x6F");
+}
+
+bool StandsAt(const AsciiUnits& units, std::size_t at, std::string_view text) {
+  if (at + text.size() > units.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (units[at + i] != text[i]) return false;
+  }
+  return true;
+}
+
+enum class Entities { kNone, kGeneral, kParameter };
+
+Entities DeclaredEntities(const AsciiUnits& units) {
+  constexpr std::string_view kDeclaration = "<!ENTITY";
+  Entities declared = Entities::kNone;
   for (std::size_t i = 0; i < units.size(); ++i) {
-    const char unit = units[i];
-    if (unit == '<') attributes = 0;
-    if ((unit == '"' || unit == '\'') && before == '=' && ++attributes > kXmlAttributeLimit) return false;
-    if (!IsBlank(unit)) before = unit;
+    if (units[i] != '<' || !StandsAt(units, i, kDeclaration)) continue;
+    std::size_t name = i + kDeclaration.size();
+    while (name < units.size() && IsBlank(units[name])) ++name;
+    if (name < units.size() && units[name] == '%') return Entities::kParameter;
+    declared = Entities::kGeneral;
+  }
+  return declared;
+}
+
+/// Counts attributes and nodes. A "<" can stand in no attribute's value, so each one begins a tag of its own.
+class Counter {
+ public:
+  /// An entity's text may spell a tag with character references, so with entities these count as attributes,
+  /// and so does all that looks like one, wherever it stands.
+  explicit Counter(bool entities) : entities_(entities) {}
+
+  bool WithinLimits() const { return attributes_ <= kXmlAttributeLimit && nodes_ <= kXmlNodeLimit; }
+
+  void Take(char unit, char next) {
+    if (unit == '<') {
+      ++nodes_;
+      attributes_ = 0;
+      quote_ = 0;
+      in_tag_ = next != '!' && next != '?';
+    } else if (entities_) {
+      if ((IsQuote(unit) && before_ == '=') || (unit == '&' && next == '#')) AddAttribute();
+    } else if (in_tag_) {
+      TakeInTag(unit);
+    }
+    if (!IsBlank(unit)) before_ = unit;
+  }
+
+ private:
+  static bool IsQuote(char unit) { return unit == '"' || unit == '\''; }
+
+  void TakeInTag(char unit) {
+    if (quote_ != 0) {
+      if (unit == quote_) quote_ = 0;
+    } else if (IsQuote(unit)) {
+      quote_ = unit;
+      if (before_ == '=') AddAttribute();
+    } else if (unit == '>') {
+      in_tag_ = false;
+    }
+  }
+
+  void AddAttribute() {
+    ++attributes_;
+    ++nodes_;
+  }
+
+  bool entities_;
+  int nodes_ = 0;
+  int attributes_ = 0;
+  char before_ = 0;
+  char quote_ = 0;
+  bool in_tag_ = false;
+};
+
+bool CountsAreWithinLimits(const AsciiUnits& units, Entities entities) {
+  Counter counter(entities != Entities::kNone);
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    counter.Take(units[i], i + 1 < units.size() ? units[i + 1] : '\0');
+    if (!counter.WithinLimits()) return false;
   }
   return true;
 }
@@ -83,7 +165,9 @@ bool AttributesAreFew(const AsciiUnits& units) {
 
 bool WithinXmlLimits(std::string_view bytes) {
   const AsciiUnits units(bytes);
-  return EncodingIsRead(units) && AttributesAreFew(units);
+  if (!EncodingIsRead(units) || (!units.wide() && !IsSingleBytes(bytes))) return false;
+  const Entities entities = DeclaredEntities(units);
+  return entities != Entities::kParameter && CountsAreWithinLimits(units, entities);
 }
 
 }  // namespace qlx::platform

@@ -1,8 +1,10 @@
 #include "platform/xml_dom.h"
 
 #include <algorithm>
+#include <limits>
 
 #include <libxml/parser.h>
+#include <libxml/pattern.h>
 #include <libxml/tree.h>
 #include <libxml/xpath.h>
 
@@ -48,7 +50,6 @@ void FreeXmlChars(xmlChar* text) {
 using Document = std::unique_ptr<xmlDoc, Deleter<xmlFreeDoc>>;
 using ParserContext = std::unique_ptr<xmlParserCtxt, Deleter<xmlFreeParserCtxt>>;
 using XPathContext = std::unique_ptr<xmlXPathContext, Deleter<xmlXPathFreeContext>>;
-using XPathResult = std::unique_ptr<xmlXPathObject, Deleter<xmlXPathFreeObject>>;
 using XmlChars = std::unique_ptr<xmlChar, Deleter<FreeXmlChars>>;
 
 bool IsOwnText(const xmlNode* node) {
@@ -93,44 +94,110 @@ void DropBlankText(xmlNode* element) {
   }
 }
 
-/// Blanks between child elements only set them apart: true when `element` holds such and no other text.
-bool HoldsOnlyElements(const xmlNode* element) {
-  bool elements = false;
+/// Blanks between child elements or comments only set them apart: true when `element` holds such and no other
+/// text. A CDATA section counts as text even when it is empty.
+bool HoldsNoText(const xmlNode* element) {
+  bool others = false;
   for (const xmlNode* child = element->children; child != nullptr; child = child->next) {
     if (IsOwnText(child) && !IsBlankText(child)) return false;
-    elements = elements || child->type == XML_ELEMENT_NODE;
+    others = others || !IsOwnText(child);
   }
-  return elements;
+  return others;
 }
 
 void DropFormatting(xmlDoc* document) {
   int depth = 1;
   for (xmlNode* node = document->children; node != nullptr; node = Next(node, depth)) {
-    if (node->type == XML_ELEMENT_NODE && HoldsOnlyElements(node)) DropBlankText(node);
+    if (node->type == XML_ELEMENT_NODE && HoldsNoText(node)) DropBlankText(node);
   }
 }
 
-thread_local bool external_entity_wanted = false;
+/// What the parser passes over without calling the document ill-formed.
+struct PassedOver {
+  bool external_entity = false;
+  bool undeclared_entity = false;
+};
 
-xmlParserInput* RefuseExternalEntity(const char*, const char*, xmlParserCtxt*) {
-  external_entity_wanted = true;
+xmlParserInput* RefuseExternalEntity(const char*, const char*, xmlParserCtxt* context) {
+  if (context != nullptr && context->_private != nullptr)
+    static_cast<PassedOver*>(context->_private)->external_entity = true;
   return nullptr;
 }
 
-void Quiet(void*, xmlError*) {}
+void NoteError(void* context, xmlError* error) {
+  auto& passed_over = *static_cast<PassedOver*>(static_cast<xmlParserCtxt*>(context)->_private);
+  if (error->code == XML_WAR_UNDECLARED_ENTITY) passed_over.undeclared_entity = true;
+}
+
+/// The loader is one for the whole process, and the toolkit reads its pictures with the same library.
+class ScopedEntityLoader {
+ public:
+  ScopedEntityLoader() { xmlSetExternalEntityLoader(RefuseExternalEntity); }
+  ScopedEntityLoader(const ScopedEntityLoader&) = delete;
+  ScopedEntityLoader& operator=(const ScopedEntityLoader&) = delete;
+  ~ScopedEntityLoader() { xmlSetExternalEntityLoader(before_); }
+
+ private:
+  xmlExternalEntityLoader before_ = xmlGetExternalEntityLoader();
+};
 
 Document ParseStrictly(std::string_view bytes) {
-  xmlSetExternalEntityLoader(RefuseExternalEntity);
+  const ScopedEntityLoader loader;
   const ParserContext context(xmlNewParserCtxt());
-  if (!context || !WithinXmlLimits(bytes)) return nullptr;
-  external_entity_wanted = false;
+  if (!context || bytes.size() > std::numeric_limits<int>::max() || !WithinXmlLimits(bytes)) return nullptr;
+  PassedOver passed_over;
+  context->_private = &passed_over;
+  context->sax->serror = NoteError;
   // Entities are put in, within the library's bound on their growth; its bounds on depth and size stay on.
   constexpr int kOptions =
       XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT;
   Document document(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
                                       nullptr, kOptions));
-  const bool accepted = document && !external_entity_wanted && IsWithinBounds(document.get());
+  const bool complete = !passed_over.external_entity && !passed_over.undeclared_entity;
+  const bool accepted = document && complete && IsWithinBounds(document.get());
   return accepted ? std::move(document) : nullptr;
+}
+
+void Quiet(void*, xmlError*) {}
+
+/// A query in two halves: which elements by name, in linear time, and which of these by their attributes. The
+/// library's own evaluation of the whole takes quadratic time where sections are nested or repeated.
+class Query {
+ public:
+  Query(const std::wstring& xpath, xmlDoc* document) : context_(xmlXPathNewContext(document)) {
+    const std::size_t bracket = std::min(xpath.find(L'['), xpath.size());
+    xmlSetStructuredErrorFunc(nullptr, Quiet);
+    names_.reset(xmlPatterncompile(XmlText(xpath.substr(0, bracket)), nullptr, 0, nullptr));
+    if (bracket < xpath.size())
+      predicate_.reset(xmlXPathCompile(XmlText(L"self::node()" + xpath.substr(bracket))));
+    valid_ = names_ && context_ && (predicate_ || bracket == xpath.size());
+  }
+  Query(const Query&) = delete;
+  Query& operator=(const Query&) = delete;
+  ~Query() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
+
+  bool valid() const { return valid_; }
+
+  bool Selects(xmlNode* node) const {
+    if (node->type != XML_ELEMENT_NODE || xmlPatternMatch(names_.get(), node) != 1) return false;
+    if (!predicate_) return true;
+    context_->node = node;
+    return xmlXPathCompiledEvalToBoolean(predicate_.get(), context_.get()) == 1;
+  }
+
+ private:
+  std::unique_ptr<xmlPattern, Deleter<xmlFreePattern>> names_;
+  std::unique_ptr<xmlXPathCompExpr, Deleter<xmlXPathFreeCompExpr>> predicate_;
+  XPathContext context_;
+  bool valid_ = false;
+};
+
+/// Of an element or attribute.
+template <typename Node>
+std::wstring QualifiedName(const Node* node) {
+  const bool prefixed = node->ns != nullptr && node->ns->prefix != nullptr;
+  const std::string prefix = prefixed ? std::string(Chars(node->ns->prefix)) + ":" : std::string();
+  return FromUtf8(prefix + Chars(node->name));
 }
 
 class LibxmlDom final : public XmlDom {
@@ -157,24 +224,19 @@ class LibxmlDom final : public XmlDom {
   }
 
   std::vector<XmlNode*> Select(const std::wstring& xpath) const override {
-    const XPathContext context(xmlXPathNewContext(document_.get()));
-    xmlSetStructuredErrorFunc(nullptr, Quiet);
-    const XPathResult result(xmlXPathEvalExpression(XmlText(xpath), context.get()));
-    xmlSetStructuredErrorFunc(nullptr, nullptr);
     std::vector<XmlNode*> nodes;
-    if (!result || result->type != XPATH_NODESET || result->nodesetval == nullptr) return nodes;
-    const xmlNodeSet& found = *result->nodesetval;
-    for (int i = 0; i < found.nodeNr; ++i) {
-      if (found.nodeTab[i]->type == XML_ELEMENT_NODE) nodes.push_back(Handle(found.nodeTab[i]));
+    const Query query(xpath, document_.get());
+    if (!query.valid()) return nodes;
+    int depth = 1;
+    for (xmlNode* node = document_->children; node != nullptr; node = Next(node, depth)) {
+      if (query.Selects(node)) nodes.push_back(Handle(node));
     }
     return nodes;
   }
 
   std::wstring Name(const XmlNode* node) const override {
     const xmlNode* raw = Raw(node);
-    if (raw->type == XML_COMMENT_NODE) return L"#comment";
-    const std::string prefix = raw->ns != nullptr && raw->ns->prefix != nullptr ? Chars(raw->ns->prefix) : "";
-    return FromUtf8(prefix.empty() ? Chars(raw->name) : prefix + ":" + Chars(raw->name));
+    return raw->type == XML_COMMENT_NODE ? L"#comment" : QualifiedName(raw);
   }
 
   std::wstring Text(const XmlNode* element) const override {
@@ -197,11 +259,14 @@ class LibxmlDom final : public XmlDom {
     }
     if (text.empty()) return;
     xmlNode* own = xmlNewDocText(document_.get(), XmlText(text));
-    if (parent->children == nullptr) {
+    xmlNode* others = parent->children;
+    if (others == nullptr) {
       xmlAddChild(parent, own);
-    } else {
-      xmlAddPrevSibling(parent->children, own);
+      return;
     }
+    xmlAddPrevSibling(others, own);
+    // Says to the next reader that these blanks are the value.
+    if (IsBlankText(own)) xmlAddPrevSibling(others, xmlNewCDataBlock(document_.get(), nullptr, 0));
   }
 
   std::map<std::wstring, std::wstring> Attributes(const XmlNode* element) const override {
@@ -209,13 +274,14 @@ class LibxmlDom final : public XmlDom {
     for (const xmlAttr* attribute = Raw(element)->properties; attribute != nullptr;
          attribute = attribute->next) {
       const XmlChars value(xmlNodeListGetString(document_.get(), attribute->children, 1));
-      attributes.emplace(FromUtf8(Chars(attribute->name)), FromUtf8(Chars(value.get())));
+      attributes.emplace(QualifiedName(attribute), FromUtf8(Chars(value.get())));
     }
     return attributes;
   }
 
   void SetAttribute(XmlNode* element, const std::wstring& name, const std::wstring& value) override {
-    xmlSetProp(Raw(element), XmlText(name), XmlText(value));
+    const XmlText text(name);
+    if (xmlValidateQName(text, 0) == 0) xmlSetProp(Raw(element), text, XmlText(value));
   }
 
   std::vector<XmlNode*> Children(const XmlNode* element) const override {
@@ -234,14 +300,14 @@ class LibxmlDom final : public XmlDom {
 
   XmlNode* Append(XmlNode* parent, const std::wstring& name) override {
     const XmlText text(name);
-    if (xmlValidateName(text, 0) != 0) return nullptr;
+    if (xmlValidateNCName(text, 0) != 0) return nullptr;
     if (parent == nullptr && xmlDocGetRootElement(document_.get()) != nullptr) return nullptr;
     xmlNode* element = xmlNewDocNode(document_.get(), nullptr, text, nullptr);
     if (parent == nullptr) {
       xmlAddChild(reinterpret_cast<xmlNode*>(document_.get()), element);
     } else {
       xmlAddChild(Raw(parent), element);
-      if (HoldsOnlyElements(Raw(parent))) DropBlankText(Raw(parent));
+      if (HoldsNoText(Raw(parent))) DropBlankText(Raw(parent));
     }
     return Handle(element);
   }
