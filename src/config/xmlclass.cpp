@@ -96,7 +96,9 @@ std::vector<ConfigNode> xmlclass::GetNodes(const std::wstring& name, const Attri
   std::vector<ConfigNode> nodes;
   const std::wstring query = ElementQuery(name, filter);
   if (!dom_ || query.empty()) return nodes;
-  for (const XmlNode* element : dom_->Select(query)) nodes.push_back(ToNode(element, platform::kXmlDepthLimit));
+  for (const XmlNode* element : dom_->Select(query)) {
+    nodes.push_back(ToNode(element, dom_->Name(element), platform::kXmlDepthLimit));
+  }
   return nodes;
 }
 
@@ -105,7 +107,12 @@ std::vector<ConfigNode> xmlclass::GetChildren(const std::wstring& name) const {
   const std::wstring query = ElementQuery(name, {});
   if (!dom_ || query.empty()) return nodes;
   for (const XmlNode* element : dom_->Select(query)) {
-    std::ranges::move(ToNode(element, 2).children, std::back_inserter(nodes));
+    std::vector<ConfigNode> children = ToNode(element, {}, 2).children;
+    if (nodes.empty()) {
+      nodes = std::move(children);
+    } else {
+      std::ranges::move(children, std::back_inserter(nodes));
+    }
   }
   return nodes;
 }
@@ -115,11 +122,14 @@ bool xmlclass::Contains(const std::wstring& name) const {
   return dom_ && !query.empty() && !dom_->Select(query).empty();
 }
 
-ConfigNode xmlclass::ToNode(const XmlNode* element, int levels) const {
-  ConfigNode node{dom_->Name(element), dom_->Text(element), dom_->Attributes(element), {}};
+ConfigNode xmlclass::ToNode(const XmlNode* element, std::wstring name, int levels) const {
+  ConfigNode node{std::move(name), dom_->Text(element), dom_->Attributes(element), {}};
   if (levels == 0) return node;
-  for (const XmlNode* child : dom_->Children(element)) {
-    if (dom_->Name(child) != L"#comment") node.children.push_back(ToNode(child, levels - 1));
+  const auto children = dom_->Children(element);
+  node.children.reserve(children.size());
+  for (const XmlNode* child : children) {
+    std::wstring child_name = dom_->Name(child);
+    if (child_name != L"#comment") node.children.push_back(ToNode(child, std::move(child_name), levels - 1));
   }
   return node;
 }
@@ -147,8 +157,8 @@ bool xmlclass::AddNode(const std::wstring& parent, const std::wstring& name, con
   return true;
 }
 
-/// The first element of the path in document order, created with its own parents when there is none; null when
-/// it cannot be.
+/// The first element of the path in document order, created with its own parents when there is none; null
+/// when it cannot be.
 XmlNode* xmlclass::FoundOrAdded(const std::wstring& path) {
   const std::wstring query = ElementQuery(path, {});
   if (query.empty()) return nullptr;

@@ -26,7 +26,8 @@ class xmlclass : public dataclass {
 
   /// Throws std::runtime_error "Unable to create XML parser object" when the system has no parser.
   bool Load(const std::wstring& path, bool create_if_missing) override;
-  /// False too, and nothing is touched, for a document that no Load would read: an empty one, one past a limit.
+  /// False too, and nothing is touched, for a document that no Load would read: an empty one, one past a
+  /// limit.
   bool Save(const std::wstring& path) override;
   std::vector<ConfigNode> GetNodes(const std::wstring& name, const AttributeMap& filter) override;
   void SetNode(const std::wstring& name, const AttributeMap& filter, const std::wstring& text,
@@ -51,7 +52,7 @@ class xmlclass : public dataclass {
   bool CanBeReadAgain(const std::string& bytes) const;
   void KeepOldFile(const std::wstring& path);
   /// With at most `levels` of descendants.
-  ConfigNode ToNode(const platform::XmlNode* element, int levels) const;
+  ConfigNode ToNode(const platform::XmlNode* element, std::wstring name, int levels) const;
   platform::XmlNode* FoundOrAdded(const std::wstring& path);
   void Write(platform::XmlNode* element, const std::wstring& text, const AttributeMap& attributes);
 

@@ -1,5 +1,6 @@
 #include "platform/text.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include <utf8.h>
@@ -44,6 +45,9 @@ std::string ToUtf8(std::wstring_view text) {
 }
 
 std::wstring FromUtf8(std::string_view bytes) {
+  if (std::ranges::all_of(bytes, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; })) {
+    return std::wstring(bytes.begin(), bytes.end());
+  }
   std::string repaired;
   if (!utf8::is_valid(bytes.begin(), bytes.end())) {
     utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(repaired), kReplacement);

@@ -23,6 +23,13 @@ class AsciiUnits {
   bool wide() const { return width_ == 2; }
   std::size_t size() const { return bytes_.size() / width_; }
 
+  /// Where `unit` stands next from `index` on; size() where it does not.
+  std::size_t Find(char unit, std::size_t index) const {
+    if (width_ == 1) return std::min(bytes_.find(unit, index), size());
+    while (index < size() && (*this)[index] != unit) ++index;
+    return index;
+  }
+
   /// 0 where the unit is not ASCII.
   char operator[](std::size_t index) const {
     const std::size_t at = index * width_;
@@ -92,8 +99,8 @@ enum class Entities { kNone, kGeneral, kParameter };
 Entities DeclaredEntities(const AsciiUnits& units) {
   constexpr std::string_view kDeclaration = "<!ENTITY";
   Entities declared = Entities::kNone;
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    if (units[i] != '<' || !StandsAt(units, i, kDeclaration)) continue;
+  for (std::size_t i = units.Find('<', 0); i < units.size(); i = units.Find('<', i + 1)) {
+    if (!StandsAt(units, i, kDeclaration)) continue;
     std::size_t name = i + kDeclaration.size();
     while (name < units.size() && IsBlank(units[name])) ++name;
     if (name < units.size() && units[name] == '%') return Entities::kParameter;
@@ -108,6 +115,9 @@ class Counter {
   /// An entity's text may spell a tag with character references, so with entities these count as attributes,
   /// and so does all that looks like one, wherever it stands.
   explicit Counter(bool entities) : entities_(entities) {}
+
+  /// True where nothing counts before the next "<".
+  bool SkipsText() const { return !in_tag_ && !entities_; }
 
   bool WithinLimits() const { return attributes_ <= kXmlAttributeLimit && nodes_ <= kXmlNodeLimit; }
 
@@ -155,6 +165,8 @@ class Counter {
 bool CountsAreWithinLimits(const AsciiUnits& units, Entities entities) {
   Counter counter(entities != Entities::kNone);
   for (std::size_t i = 0; i < units.size(); ++i) {
+    if (counter.SkipsText()) i = units.Find('<', i);
+    if (i == units.size()) break;
     counter.Take(units[i], i + 1 < units.size() ? units[i + 1] : '\0');
     if (!counter.WithinLimits()) return false;
   }

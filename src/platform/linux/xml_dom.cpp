@@ -56,6 +56,10 @@ bool IsOwnText(const xmlNode* node) {
   return node->type == XML_TEXT_NODE || node->type == XML_CDATA_SECTION_NODE;
 }
 
+bool IsOnlyText(const xmlNode* child) {
+  return child != nullptr && child->type == XML_TEXT_NODE && child->next == nullptr;
+}
+
 bool IsBlankText(const xmlNode* node) {
   return node->type == XML_TEXT_NODE && xmlIsBlankNode(node) != 0;
 }
@@ -167,7 +171,10 @@ class Query {
   Query(const std::wstring& xpath, xmlDoc* document) : context_(xmlXPathNewContext(document)) {
     const std::size_t bracket = std::min(xpath.find(L'['), xpath.size());
     xmlSetStructuredErrorFunc(nullptr, Quiet);
-    names_.reset(xmlPatterncompile(XmlText(xpath.substr(0, bracket)), nullptr, 0, nullptr));
+    const std::wstring names = xpath.substr(0, bracket);
+    names_.reset(xmlPatterncompile(XmlText(names), nullptr, 0, nullptr));
+    const std::wstring last = names.substr(names.rfind(L'/') + 1);
+    if (last.find_first_of(L":*@.(|") == std::wstring::npos) last_name_ = ToUtf8(last);
     if (bracket < xpath.size())
       predicate_.reset(xmlXPathCompile(XmlText(L"self::node()" + xpath.substr(bracket))));
     valid_ = names_ && context_ && (predicate_ || bracket == xpath.size());
@@ -179,14 +186,22 @@ class Query {
   bool valid() const { return valid_; }
 
   bool Selects(xmlNode* node) const {
-    if (node->type != XML_ELEMENT_NODE || xmlPatternMatch(names_.get(), node) != 1) return false;
+    if (node->type != XML_ELEMENT_NODE || !MayMatch(node) || xmlPatternMatch(names_.get(), node) != 1) {
+      return false;
+    }
     if (!predicate_) return true;
     context_->node = node;
     return xmlXPathCompiledEvalToBoolean(predicate_.get(), context_.get()) == 1;
   }
 
  private:
+  /// Rules most elements out before the pattern is tried, which costs more than the rest of the walk.
+  bool MayMatch(const xmlNode* element) const {
+    return last_name_.empty() || last_name_ == Chars(element->name);
+  }
+
   std::unique_ptr<xmlPattern, Deleter<xmlFreePattern>> names_;
+  std::string last_name_;  ///< of the last step; empty when it is more than a name
   std::unique_ptr<xmlXPathCompExpr, Deleter<xmlXPathFreeCompExpr>> predicate_;
   XPathContext context_;
   bool valid_ = false;
@@ -195,9 +210,8 @@ class Query {
 /// Of an element or attribute.
 template <typename Node>
 std::wstring QualifiedName(const Node* node) {
-  const bool prefixed = node->ns != nullptr && node->ns->prefix != nullptr;
-  const std::string prefix = prefixed ? std::string(Chars(node->ns->prefix)) + ":" : std::string();
-  return FromUtf8(prefix + Chars(node->name));
+  if (node->ns == nullptr || node->ns->prefix == nullptr) return FromUtf8(Chars(node->name));
+  return FromUtf8(std::string(Chars(node->ns->prefix)) + ":" + Chars(node->name));
 }
 
 class LibxmlDom final : public XmlDom {
@@ -207,15 +221,13 @@ class LibxmlDom final : public XmlDom {
   bool Parse(std::string_view bytes) override {
     document_.reset();
     document_ = ParseStrictly(bytes);
-    if (document_) {
-      DropFormatting(document_.get());
-      return true;
-    }
+    if (document_) return true;
     document_ = NewDocument();
     return false;
   }
 
   std::string Serialise() const override {
+    DropFormatting(document_.get());  // or the library would keep the old one and add none
     xmlChar* bytes = nullptr;
     int size = 0;
     xmlDocDumpFormatMemoryEnc(document_.get(), &bytes, &size, "UTF-8", 1);
@@ -240,6 +252,9 @@ class LibxmlDom final : public XmlDom {
   }
 
   std::wstring Text(const XmlNode* element) const override {
+    const xmlNode* first = Raw(element)->children;
+    if (IsOnlyText(first)) return FromUtf8(Chars(first->content));
+    if (HoldsNoText(Raw(element))) return {};
     std::string text;
     for (const xmlNode* child = Raw(element)->children; child != nullptr; child = child->next) {
       if (IsOwnText(child)) text += Chars(child->content);
@@ -273,8 +288,7 @@ class LibxmlDom final : public XmlDom {
     std::map<std::wstring, std::wstring> attributes;
     for (const xmlAttr* attribute = Raw(element)->properties; attribute != nullptr;
          attribute = attribute->next) {
-      const XmlChars value(xmlNodeListGetString(document_.get(), attribute->children, 1));
-      attributes.emplace(QualifiedName(attribute), FromUtf8(Chars(value.get())));
+      attributes.emplace(QualifiedName(attribute), AttributeValue(attribute));
     }
     return attributes;
   }
@@ -318,6 +332,13 @@ class LibxmlDom final : public XmlDom {
   }
 
  private:
+  /// Nearly always a value is one text node, which needs no copy.
+  std::wstring AttributeValue(const xmlAttr* attribute) const {
+    if (IsOnlyText(attribute->children)) return FromUtf8(Chars(attribute->children->content));
+    const XmlChars value(xmlNodeListGetString(document_.get(), attribute->children, 1));
+    return FromUtf8(Chars(value.get()));
+  }
+
   static Document NewDocument() { return Document(xmlNewDoc(reinterpret_cast<const xmlChar*>("1.0"))); }
 
   Document document_;
