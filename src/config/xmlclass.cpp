@@ -96,7 +96,8 @@ std::vector<ConfigNode> xmlclass::GetNodes(const std::wstring& name, const Attri
   std::vector<ConfigNode> nodes;
   const std::wstring query = ElementQuery(name, filter);
   if (!dom_ || query.empty()) return nodes;
-  for (const XmlNode* element : dom_->Select(query)) nodes.push_back(ToNode(element, platform::kXmlDepthLimit));
+  for (const XmlNode* element : dom_->Select(query))
+    nodes.push_back(ToNode(element, platform::kXmlDepthLimit));
   return nodes;
 }
 
@@ -147,8 +148,8 @@ bool xmlclass::AddNode(const std::wstring& parent, const std::wstring& name, con
   return true;
 }
 
-/// The first element of the path in document order, created with its own parents when there is none; null when
-/// it cannot be.
+/// The first element of the path in document order, created with its own parents when there is none; null
+/// when it cannot be.
 XmlNode* xmlclass::FoundOrAdded(const std::wstring& path) {
   const std::wstring query = ElementQuery(path, {});
   if (query.empty()) return nullptr;

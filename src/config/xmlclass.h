@@ -26,7 +26,8 @@ class xmlclass : public dataclass {
 
   /// Throws std::runtime_error "Unable to create XML parser object" when the system has no parser.
   bool Load(const std::wstring& path, bool create_if_missing) override;
-  /// False too, and nothing is touched, for a document that no Load would read: an empty one, one past a limit.
+  /// False too, and nothing is touched, for a document that no Load would read: an empty one, one past a
+  /// limit.
   bool Save(const std::wstring& path) override;
   std::vector<ConfigNode> GetNodes(const std::wstring& name, const AttributeMap& filter) override;
   void SetNode(const std::wstring& name, const AttributeMap& filter, const std::wstring& text,
