@@ -30,8 +30,8 @@ class ConfigDocument {
   /// succeeded.
   void Save(const std::wstring& path = {});
 
-  /// Every element `name` with its descendants into `result`. 0, or kNotLoaded with an empty result. An element
-  /// inside another of its name is copied with both.
+  /// Every element `name` with its descendants into `result`. 0, or kNotLoaded with an empty result. An
+  /// element inside another of its name is copied with both.
   int ReadTree(const std::wstring& name, std::vector<ConfigNode>& result);
 
   /// True when an element `name` occurs anywhere in the document; `name` may be a path of names.

@@ -123,12 +123,13 @@ class Counter {
 
   void Take(char unit, char next) {
     if (unit == '<') {
-      ++nodes_;
+      if (next != '/') ++nodes_;
       attributes_ = 0;
       quote_ = 0;
       in_tag_ = next != '!' && next != '?';
     } else if (entities_) {
       if ((IsQuote(unit) && before_ == '=') || (unit == '&' && next == '#')) AddAttribute();
+      if (unit == '&') ++nodes_;
     } else if (in_tag_) {
       TakeInTag(unit);
     }

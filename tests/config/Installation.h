@@ -69,9 +69,8 @@ class Installation : public testing::Test {
   }
 
   std::unique_ptr<ConfigDocument> Document() {
-    return MakeConfigDocument([this](const std::wstring& title, const std::wstring& text) {
-      boxes_.emplace_back(title, text);
-    });
+    return MakeConfigDocument(
+        [this](const std::wstring& title, const std::wstring& text) { boxes_.emplace_back(title, text); });
   }
 
   /// The document over `bytes`, which must be readable.

@@ -1,7 +1,6 @@
-#include "config/ConfigDocument.h"
-
 #include <sstream>
 
+#include "config/ConfigDocument.h"
 #include "tests/config/Installation.h"
 
 namespace qlx {
@@ -151,10 +150,12 @@ TEST_F(OneDocument, CommentsUnknownElementsAndUnknownAttributesSurvive) {
 TEST_F(OneDocument, ATreeIsAddedWithAllItsDescendants) {
   const auto document = Document();
   ASSERT_TRUE(document->Open(Path().wstring(), true));
-  document->AddTree({L"MZP", L"", {}, {{L"S", L"", {}, {{L"k", L"v", {{L"a", L"1"}}, {}}}}, {L"T", {}, {}, {}}}}, L"");
+  document->AddTree(
+      {L"MZP", L"", {}, {{L"S", L"", {}, {{L"k", L"v", {{L"a", L"1"}}, {}}}}, {L"T", {}, {}, {}}}}, L"");
   document->Save();
   EXPECT_EQ(Bytes(),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<MZP>\n  <S>\n    <k a=\"1\">v</k>\n  </S>\n  <T/>\n</MZP>\n");
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<MZP>\n  <S>\n    <k a=\"1\">v</k>\n  </S>\n  "
+            "<T/>\n</MZP>\n");
 }
 
 TEST_F(OneDocument, AnUnchangedFileIsWrittenTheSameAgain) {

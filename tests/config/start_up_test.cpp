@@ -120,7 +120,8 @@ TEST_F(StartUp, AnEmptyMzpGainsTheFiveSectionsAsEmptyElementsAndIsSaved) {
   Write("<MZP/>");
   EXPECT_TRUE(Started()->changed());
   EXPECT_EQ(Bytes(),
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<MZP>\n  <Ports_Configuration/>\n  <Logging_Configuration/>\n"
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<MZP>\n  <Ports_Configuration/>\n  "
+            "<Logging_Configuration/>\n"
             "  <MSR_Configuration/>\n  <IB_Configuration/>\n  <Printer_Configuration/>\n</MZP>\n");
   EXPECT_EQ(Bytes(".bak"), "<MZP/>");
 }
@@ -203,7 +204,8 @@ TEST_F(StartUp, AnEndThatReturnsReadsAndWritesNothingMore) {
   Write("<QLX/>");
   const auto document = Document();
   int ends = 0;
-  StartUpLoad(*document, ProgramBeside(Path().wstring()), debug_output_, [&](const std::wstring&) { ++ends; });
+  StartUpLoad(*document, ProgramBeside(Path().wstring()), debug_output_,
+              [&](const std::wstring&) { ++ends; });
   EXPECT_EQ(ends, 1);
   EXPECT_EQ(Bytes(), "<QLX/>");
 }

@@ -51,17 +51,19 @@ TEST(XmlLimits, WideEncodingsWithoutAMarkAreRefused) {
 }
 
 TEST(XmlLimits, EncodingsInWhichAMarkupCharacterIsAnotherByteAreRefused) {
-  for (const char* encoding : {"IBM037", "ibm1047", "IBM871", "UTF-7", "UTF-16", "UTF-16LE", "UTF-32", "EBCDIC-US",
-                               "ISO-2022-JP", "UCS-4", "Shift_JIS", ""}) {
-    EXPECT_FALSE(WithinXmlLimits("<?xml version='1.0' encoding='" + std::string(encoding) + "'?><MZP/>")) << encoding;
+  for (const char* encoding : {"IBM037", "ibm1047", "IBM871", "UTF-7", "UTF-16", "UTF-16LE", "UTF-32",
+                               "EBCDIC-US", "ISO-2022-JP", "UCS-4", "Shift_JIS", ""}) {
+    EXPECT_FALSE(WithinXmlLimits("<?xml version='1.0' encoding='" + std::string(encoding) + "'?><MZP/>"))
+        << encoding;
   }
   EXPECT_FALSE(WithinXmlLimits("\x4C\x6F\xA7\x94\x93"));  // "<?xml" in EBCDIC
 }
 
 TEST(XmlLimits, TheEncodingsThatTheToolReadsAreTaken) {
-  for (const char* encoding : {"utf-8", "UTF-8", "us-ascii", "ISO-8859-1", "iso-8859-15", "windows-1252", "KOI8-R",
-                               "IBM437", "IBM850"}) {
-    EXPECT_TRUE(WithinXmlLimits("<?xml version='1.0' encoding='" + std::string(encoding) + "'?><MZP/>")) << encoding;
+  for (const char* encoding : {"utf-8", "UTF-8", "us-ascii", "ISO-8859-1", "iso-8859-15", "windows-1252",
+                               "KOI8-R", "IBM437", "IBM850"}) {
+    EXPECT_TRUE(WithinXmlLimits("<?xml version='1.0' encoding='" + std::string(encoding) + "'?><MZP/>"))
+        << encoding;
   }
 }
 
@@ -97,11 +99,11 @@ TEST(XmlLimits, TextAndCommentsMayHoldAnyNumberOfQuotedPairs) {
   EXPECT_TRUE(WithinXmlLimits("<MZP><!-- " + pairs + " --></MZP>"));
 }
 
-TEST(XmlLimits, ADocumentMayNotConsistOfAMillionOfNodes) {
+TEST(XmlLimits, ADocumentMayNotConsistOfMoreThanHalfAMillionNodes) {
   std::string tags;
   for (int i = 0; i <= kXmlNodeLimit; ++i) tags += "<a/>";
   EXPECT_FALSE(WithinXmlLimits("<MZP>" + tags + "</MZP>"));
-  EXPECT_TRUE(WithinXmlLimits("<MZP>" + tags.substr(0, tags.size() / 2) + "</MZP>"));
+  EXPECT_TRUE(WithinXmlLimits("<MZP>" + tags.substr(8) + "</MZP>"));
 }
 
 TEST(XmlLimits, NoBeginningOfADocumentIsReadPastItsEnd) {

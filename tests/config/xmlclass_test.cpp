@@ -36,7 +36,8 @@ TEST(ElementQuery, AFilterOfOnePairYieldsNoAnd) {
 }
 
 TEST(ElementQuery, OnlyTheFirstPairCarriesTheAtSign) {
-  EXPECT_EQ(ElementQuery(L"Logo", {{L"Station", L"2"}, {L"Slot", L"1"}}), L"//Logo[@Slot=\"1\" and Station=\"2\"]");
+  EXPECT_EQ(ElementQuery(L"Logo", {{L"Station", L"2"}, {L"Slot", L"1"}}),
+            L"//Logo[@Slot=\"1\" and Station=\"2\"]");
 }
 
 TEST(ElementQuery, AValueWithADoubleQuotationMarkGivesNoQuery) {
@@ -44,8 +45,9 @@ TEST(ElementQuery, AValueWithADoubleQuotationMarkGivesNoQuery) {
 }
 
 TEST(ElementQuery, WhatIsNoNameGivesNoQuery) {
-  for (const wchar_t* name : {L"", L"*", L"..", L"MZP/..", L"MZP[1]", L"MZP|a", L"a b", L"a:b", L"@a", L"text()", L"/MZP",
-                              L"MZP/", L"MZP///a", L"1a", L"child::a", L"a\"b", L"$a", L"a\n"}) {
+  for (const wchar_t* name :
+       {L"", L"*", L"..", L"MZP/..", L"MZP[1]", L"MZP|a", L"a b", L"a:b", L"@a", L"text()", L"/MZP", L"MZP/",
+        L"MZP///a", L"1a", L"child::a", L"a\"b", L"$a", L"a\n"}) {
     EXPECT_EQ(ElementQuery(name, {}), L"") << platform::ToUtf8(name);
     EXPECT_EQ(ElementQuery(L"MZP", {{name, L"1"}}), L"") << platform::ToUtf8(name);
   }
@@ -118,7 +120,8 @@ TEST_F(OpenStore, AddNodeNeverLooksForAnExistingElement) {
 TEST_F(OpenStore, AddNodeCreatesTheParentsThatAreMissing) {
   ASSERT_TRUE(store_.Load(Path().wstring(), true));
   EXPECT_TRUE(store_.AddNode(L"MZP//s", L"k", L"v", {}));
-  EXPECT_EQ(Saved(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<MZP>\n  <s>\n    <k>v</k>\n  </s>\n</MZP>\n");
+  EXPECT_EQ(Saved(),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<MZP>\n  <s>\n    <k>v</k>\n  </s>\n</MZP>\n");
 }
 
 TEST_F(OpenStore, AddNodeTakesTheFirstParentInDocumentOrder) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/pattern.h>
 #include <libxml/tree.h>
@@ -120,6 +121,7 @@ void DropFormatting(xmlDoc* document) {
 struct PassedOver {
   bool external_entity = false;
   bool undeclared_entity = false;
+  bool copied_entity = false;
 };
 
 xmlParserInput* RefuseExternalEntity(const char*, const char*, xmlParserCtxt* context) {
@@ -131,6 +133,18 @@ xmlParserInput* RefuseExternalEntity(const char*, const char*, xmlParserCtxt* co
 void NoteError(void* context, xmlError* error) {
   auto& passed_over = *static_cast<PassedOver*>(static_cast<xmlParserCtxt*>(context)->_private);
   if (error->code == XML_WAR_UNDECLARED_ENTITY) passed_over.undeclared_entity = true;
+}
+
+/// The library bounds the growth of text only: each further use of an entity copies its nodes without bound,
+/// so one that holds more than a text may be used once.
+xmlEntity* EntityForUse(void* parser, const xmlChar* name) {
+  xmlEntity* entity = xmlSAX2GetEntity(parser, name);
+  const xmlNode* content = entity == nullptr ? nullptr : entity->children;
+  if (content == nullptr || (content->type == XML_TEXT_NODE && content->next == nullptr)) return entity;
+  auto* context = static_cast<xmlParserCtxt*>(parser);
+  static_cast<PassedOver*>(context->_private)->copied_entity = true;
+  xmlStopParser(context);
+  return nullptr;
 }
 
 /// The loader is one for the whole process, and the toolkit reads its pictures with the same library.
@@ -152,12 +166,14 @@ Document ParseStrictly(std::string_view bytes) {
   PassedOver passed_over;
   context->_private = &passed_over;
   context->sax->serror = NoteError;
+  context->sax->getEntity = EntityForUse;
   // Entities are put in, within the library's bound on their growth; its bounds on depth and size stay on.
   constexpr int kOptions =
       XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT;
   Document document(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
                                       nullptr, kOptions));
-  const bool complete = !passed_over.external_entity && !passed_over.undeclared_entity;
+  const bool complete =
+      !passed_over.external_entity && !passed_over.undeclared_entity && !passed_over.copied_entity;
   const bool accepted = document && complete && IsWithinBounds(document.get());
   return accepted ? std::move(document) : nullptr;
 }
