@@ -72,17 +72,11 @@ bool xmlclass::Save(const std::wstring& path) {
   if (!dom_) return true;
   const std::wstring& target = path.empty() ? path_ : path;
   const std::string bytes = dom_->Serialise();
-  if (!CanBeReadAgain(bytes)) return false;
+  if (bytes.size() > kLargestFile || !dom_->CanBeParsedAgain(bytes)) return false;
   KeepOldFile(target);
   if (files_.Replace(target, bytes)) return false;
   saved_.insert(target);
   return true;
-}
-
-/// An empty document cannot, nor one that has grown past a limit since it was read.
-bool xmlclass::CanBeReadAgain(const std::string& bytes) const {
-  const auto reader = create_dom_();
-  return bytes.size() <= kLargestFile && reader && reader->Parse(bytes);
 }
 
 /// What a save overwrites can be had back. Best effort: without the copy the save itself is still as asked

@@ -49,7 +49,6 @@ class xmlclass : public dataclass {
 
  private:
   bool Read(const std::wstring& path);
-  bool CanBeReadAgain(const std::string& bytes) const;
   void KeepOldFile(const std::wstring& path);
   /// With at most `levels` of descendants.
   ConfigNode ToNode(const platform::XmlNode* element, std::wstring name, int levels) const;

@@ -33,6 +33,10 @@ class XmlDom {
   /// The document in UTF-8 with a declaration, one element a line, indented.
   virtual std::string Serialise() const = 0;
 
+  /// True when Parse would take `bytes`, which Serialise has just given: the document has a root and has not
+  /// grown past a limit.
+  virtual bool CanBeParsedAgain(std::string_view bytes) const = 0;
+
   /// The elements that `xpath` selects, in document order; none when it is no valid expression. Of XPath 1.0
   /// the form "//name" with any number of "/name" or "//name" and at most one predicate behind. Linear in the
   /// document.

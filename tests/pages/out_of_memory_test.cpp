@@ -16,6 +16,7 @@ class ExhaustedDom final : public platform::XmlDom {
  public:
   bool Parse(std::string_view) override { return true; }
   std::string Serialise() const override { return "<MZP/>"; }
+  bool CanBeParsedAgain(std::string_view) const override { return true; }
   std::vector<platform::XmlNode*> Select(const std::wstring&) const override { return {Any()}; }
   std::wstring Name(const platform::XmlNode*) const override { return L"MZP"; }
   std::wstring Text(const platform::XmlNode*) const override { return {}; }

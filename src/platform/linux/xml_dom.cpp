@@ -251,6 +251,11 @@ class LibxmlDom final : public XmlDom {
     return std::string(Chars(bytes), static_cast<std::size_t>(size));
   }
 
+  bool CanBeParsedAgain(std::string_view bytes) const override {
+    return xmlDocGetRootElement(document_.get()) != nullptr && IsWithinBounds(document_.get()) &&
+           WithinXmlLimits(bytes);
+  }
+
   std::vector<XmlNode*> Select(const std::wstring& xpath) const override {
     std::vector<XmlNode*> nodes;
     const Query query(xpath, document_.get());
