@@ -14,7 +14,7 @@ namespace qlx::platform {
 inline constexpr int kXmlDepthLimit = 200;
 /// Most attributes that one element may have; the parsers' own check for doubled ones is quadratic.
 inline constexpr int kXmlAttributeLimit = 1000;
-/// Most elements, comments, attributes and entity references that a document may have in all.
+/// Most elements, comments and attributes that a document may have in all.
 inline constexpr int kXmlNodeLimit = 500'000;
 
 /// A node of an XmlDom, owned by it: valid until the node is removed or the document parsed anew.

@@ -109,6 +109,10 @@ Entities DeclaredEntities(const AsciiUnits& units) {
   return declared;
 }
 
+/// Of a document that declares entities: the parser appends each one's text in time that grows with the
+/// whole.
+constexpr int kMostReferences = 1000;
+
 /// Counts attributes and nodes. A "<" can stand in no attribute's value, so each one begins a tag of its own.
 class Counter {
  public:
@@ -119,7 +123,9 @@ class Counter {
   /// True where nothing counts before the next "<".
   bool SkipsText() const { return !in_tag_ && !entities_; }
 
-  bool WithinLimits() const { return attributes_ <= kXmlAttributeLimit && nodes_ <= kXmlNodeLimit; }
+  bool WithinLimits() const {
+    return attributes_ <= kXmlAttributeLimit && nodes_ <= kXmlNodeLimit && references_ <= kMostReferences;
+  }
 
   void Take(char unit, char next) {
     if (unit == '<') {
@@ -129,7 +135,7 @@ class Counter {
       in_tag_ = next != '!' && next != '?';
     } else if (entities_) {
       if ((IsQuote(unit) && before_ == '=') || (unit == '&' && next == '#')) AddAttribute();
-      if (unit == '&') ++nodes_;
+      if (unit == '&' && next != '#') ++references_;
     } else if (in_tag_) {
       TakeInTag(unit);
     }
@@ -158,6 +164,7 @@ class Counter {
   bool entities_;
   int nodes_ = 0;
   int attributes_ = 0;
+  int references_ = 0;
   char before_ = 0;
   char quote_ = 0;
   bool in_tag_ = false;

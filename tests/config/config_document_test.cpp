@@ -78,7 +78,7 @@ TEST_F(OneDocument, SavingWithAnEmptyPathWritesToThePathOfTheLastOpen) {
   EXPECT_FALSE(document->changed());
   document->Save();
   EXPECT_TRUE(document->changed());
-  EXPECT_EQ(Reopened()->ReadSection(L"S")[0].text, L"v");
+  EXPECT_EQ(Reopened()->ReadSection(L"S").at(0).text, L"v");
   document->ClearChanged();
   EXPECT_FALSE(document->changed());
 }
@@ -104,8 +104,8 @@ TEST_F(OneDocument, EqualNamesElsewhereAreNeverTouched) {
   const std::string elsewhere = "<T><k>t</k><x><k>u</k></x></T>";
   const auto document = Opened("<MZP><k>r</k>" + elsewhere + "<S><k>1</k><x><k>2</k></x></S></MZP>");
   document->SetValue(L"S", L"k", L"3");
-  EXPECT_EQ(document->ReadSection(L"T")[0].text, L"t");
-  EXPECT_EQ(document->ReadSection(L"S")[0].text, L"3");
+  EXPECT_EQ(document->ReadSection(L"T").at(0).text, L"t");
+  EXPECT_EQ(document->ReadSection(L"S").at(0).text, L"3");
   document->RemoveNodes(L"S", L"k");
   document->Save();
   for (const char* kept : {"<k>r</k>", "<k>t</k>", "<k>u</k>", "<k>2</k>"}) {
@@ -118,14 +118,14 @@ TEST_F(OneDocument, RemovingByAttributeLeavesTheOthers) {
   const auto document = Opened("<MZP><S><k p='1'>a</k><k p='2'>b</k></S></MZP>");
   document->RemoveNodes(L"S", L"k", {{L"p", L"1"}});
   ASSERT_EQ(document->ReadSection(L"S").size(), 1U);
-  EXPECT_EQ(document->ReadSection(L"S")[0].text, L"b");
+  EXPECT_EQ(document->ReadSection(L"S").at(0).text, L"b");
 }
 
 TEST_F(OneDocument, SectionsUnderANestedMzpAreReadAndWritten) {
   const auto document = Opened("<r><MZP><x><MZP><S><k>1</k></S></MZP></x></MZP></r>");
-  EXPECT_EQ(document->ReadSection(L"S")[0].text, L"1");
+  EXPECT_EQ(document->ReadSection(L"S").at(0).text, L"1");
   document->SetValue(L"S", L"k", L"2");
-  EXPECT_EQ(document->ReadSection(L"S")[0].text, L"2");
+  EXPECT_EQ(document->ReadSection(L"S").at(0).text, L"2");
 }
 
 TEST_F(OneDocument, AMissingSectionIsAddedToTheFirstMzp) {

@@ -51,7 +51,7 @@ TEST_F(Encodings, WhateverWasReadIsWrittenInUtf8) {
   document->Save();
   EXPECT_TRUE(Bytes().starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
   EXPECT_NE(Bytes().find("<k>\u00e9</k>\n    <l>\u8a2d</l>"), std::string::npos);
-  EXPECT_EQ(Reopened()->ReadSection(L"S")[0].text, L"é");
+  EXPECT_EQ(Reopened()->ReadSection(L"S").at(0).text, L"é");
 }
 
 TEST_F(Encodings, ADocumentTypeWithoutExternalPartsIsTaken) {
@@ -63,12 +63,12 @@ TEST_F(Encodings, ADocumentTypeWithoutExternalPartsIsTaken) {
 
 TEST_F(Encodings, AnEntityStaysTheTextItStoodForAfterASave) {
   Opened("<!DOCTYPE MZP [<!ENTITY e 'x'>]><MZP><S><k>a&e;b</k></S></MZP>")->Save();
-  EXPECT_EQ(Reopened()->ReadSection(L"S")[0].text, L"axb");
+  EXPECT_EQ(Reopened()->ReadSection(L"S").at(0).text, L"axb");
 }
 
 TEST_F(Encodings, ACdataSectionIsTextAlsoAfterASave) {
   Opened("<MZP><S><k>a<![CDATA[ <b> ]]>c</k></S></MZP>")->Save();
-  EXPECT_EQ(Reopened()->ReadSection(L"S")[0].text, L"a <b> c");
+  EXPECT_EQ(Reopened()->ReadSection(L"S").at(0).text, L"a <b> c");
 }
 
 }  // namespace
