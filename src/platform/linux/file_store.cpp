@@ -1,16 +1,15 @@
 #include "platform/file_store.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <limits>
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include "platform/debug_output.h"
+#include "platform/linux/Descriptor.h"
+#include "platform/linux/TemporaryFile.h"
 #include "platform/linux/path_text.h"
 
 namespace qlx::platform {
@@ -19,40 +18,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kLongestLinkChain = 40;  // as the kernel's own
-constexpr mode_t kNewFileMode = 0644;
-
-/// Calls again while a signal interrupts.
-template <typename Call>
-auto Retry(Call call) {
-  decltype(call()) result;
-  do {
-    result = call();
-  } while (result < 0 && errno == EINTR);
-  return result;
-}
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-  }
-  ~Descriptor() { Close(); }
-
-  explicit operator bool() const { return number_ >= 0; }
-  int number() const { return number_; }
-
-  /// Some file systems report a failed write only here. Interrupted counts as closed: Linux frees the number.
-  bool Close() {
-    const int number = std::exchange(number_, -1);
-    return number < 0 || close(number) == 0 || errno == EINTR;
-  }
-
- private:
-  int number_;
-};
+constexpr std::size_t kCopyBlock = std::size_t{64} << 10;
+/// A file that is written in place is held in memory meanwhile, to be put back when the disk is full.
+constexpr std::size_t kLargestInPlace = std::size_t{64} << 20;
 
 WriteFailure Failed(const char* step) {
   return {step, errno};
@@ -75,89 +43,6 @@ fs::path LinkTarget(fs::path path) {
   return path;
 }
 
-bool WriteAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = Retry([&] { return write(descriptor, bytes.data(), bytes.size()); });
-    if (written < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
-bool Flush(int descriptor) {
-  return Retry([&] { return fsync(descriptor); }) == 0;
-}
-
-/// Makes the rename itself survive a power cut. Too late to take anything back, so a failure is only told.
-void FlushDirectory(const fs::path& directory) {
-  const Descriptor opened(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (opened && Flush(opened.number())) return;
-  SystemDebugOutput().Write(L"[MZP]: the directory could not be flushed: " + PathText(directory.native()));
-}
-
-/// Opens the temporary file, empty and locked against another process that saves the same file. What a crash
-/// left there is used again; anything but a file is removed first.
-int OpenTemporary(const fs::path& temporary) {
-  for (;;) {
-    const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    const int number = Retry([&] { return open(temporary.c_str(), flags, kNewFileMode); });
-    if (number < 0 && (errno == ELOOP || errno == ENXIO) && unlink(temporary.c_str()) == 0) continue;
-    if (number < 0 || Retry([&] { return flock(number, LOCK_EX); }) != 0) return number;
-    struct stat opened {};
-    fstat(number, &opened);
-    const auto named = StatusOf(temporary);
-    const bool same = named && named->st_ino == opened.st_ino && named->st_dev == opened.st_dev;
-    if (same && S_ISREG(opened.st_mode) && ftruncate(number, 0) == 0) return number;
-    close(number);
-    if (same && unlink(temporary.c_str()) != 0) return -1;
-  }
-}
-
-/// Gives the new file the old one's owner and mode; without the rights for that the caller writes in place.
-bool KeepOwnerAndMode(int descriptor, const struct stat& old) {
-  struct stat status {};
-  if (fstat(descriptor, &status) != 0) return false;
-  const bool owned = status.st_uid == old.st_uid && status.st_gid == old.st_gid;
-  if (!owned && fchown(descriptor, old.st_uid, old.st_gid) != 0) return false;
-  return fchmod(descriptor, old.st_mode & 07777) == 0;
-}
-
-/// Removes the temporary file unless it has been renamed.
-class Temporary {
- public:
-  explicit Temporary(fs::path path) : path_(std::move(path)), file_(OpenTemporary(path_)) {}
-  Temporary(const Temporary&) = delete;
-  Temporary& operator=(const Temporary&) = delete;
-  ~Temporary() {
-    if (opened_) unlink(path_.c_str());
-  }
-
-  bool opened() const { return opened_; }
-  int descriptor() const { return file_.number(); }
-
-  std::optional<WriteFailure> Write(std::string_view bytes) {
-    if (!WriteAll(file_.number(), bytes)) return Failed("write");
-    if (!Flush(file_.number())) return Failed("flush");  // or the rename may reach the disk before the bytes
-    // Checked before the rename; the second descriptor holds the lock until then.
-    lock_ = Descriptor(fcntl(file_.number(), F_DUPFD_CLOEXEC, 0));
-    if (!file_.Close()) return Failed("close");
-    return std::nullopt;
-  }
-
-  std::optional<WriteFailure> RenameTo(const fs::path& target) {
-    if (rename(path_.c_str(), target.c_str()) != 0) return Failed("rename");
-    opened_ = false;
-    FlushDirectory(target.parent_path());
-    return std::nullopt;
-  }
-
- private:
-  fs::path path_;
-  Descriptor file_;
-  Descriptor lock_{-1};
-  bool opened_ = static_cast<bool>(file_);
-};
-
 std::optional<std::string> ReadAll(int descriptor, std::size_t size_hint, std::size_t limit) {
   std::string bytes(std::min(size_hint, limit) + 1, '\0');
   std::size_t filled = 0;
@@ -172,48 +57,90 @@ std::optional<std::string> ReadAll(int descriptor, std::size_t size_hint, std::s
   return bytes;
 }
 
+bool Overwrite(int descriptor, std::string_view bytes) {
+  return lseek(descriptor, 0, SEEK_SET) == 0 && WriteAll(descriptor, bytes) &&
+         Retry([&] { return ftruncate(descriptor, static_cast<off_t>(bytes.size())); }) == 0 &&
+         Flush(descriptor);
+}
+
 /// For a directory that takes no new file. The old bytes go back when the new ones do not fit.
 std::optional<WriteFailure> WriteInPlace(const fs::path& target, std::string_view bytes) {
   Descriptor file(Retry([&] { return open(target.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK); }));
   if (!file) return Failed("open");
-  const auto old = ReadAll(file.number(), 0, std::numeric_limits<std::size_t>::max() / 4);
+  const auto old = ReadAll(file.number(), 0, kLargestInPlace);
   if (!old) return Failed("read");
-  const auto put = [&](std::string_view content) {
-    return lseek(file.number(), 0, SEEK_SET) == 0 && WriteAll(file.number(), content) &&
-           ftruncate(file.number(), static_cast<off_t>(content.size())) == 0 && Flush(file.number());
-  };
-  if (put(bytes)) return std::nullopt;
+  if (old->size() > kLargestInPlace) return WriteFailure{"read", EFBIG};
+  if (Overwrite(file.number(), bytes) && file.Close()) return std::nullopt;
   const WriteFailure failure = Failed("write");
-  put(*old);
+  Descriptor again(Retry([&] { return open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK); }));
+  if (again) Overwrite(again.number(), *old);
   return failure;
 }
 
-std::optional<WriteFailure> ReplaceTarget(const fs::path& target, std::string_view bytes,
-                                          const std::optional<struct stat>& old) {
-  Temporary temporary(target.native() + ".new");
-  const bool in_place = !temporary.opened() && (errno == EACCES || errno == EPERM);
-  if (!temporary.opened() && !(in_place && old)) return Failed("open");
-  if (in_place || (old && !KeepOwnerAndMode(temporary.descriptor(), *old)))
-    return WriteInPlace(target, bytes);
-  if (const auto failure = temporary.Write(bytes)) return failure;
-  return temporary.RenameTo(target);
+/// What a directory answers that takes no new file, an owner that is not ours to give away, and a file that
+/// cannot be renamed over because it is mounted by itself or its directory keeps others' files.
+constexpr WriteFailure kInPlaceOnly[] = {
+    {"open", EACCES},  {"open", EPERM},   {"open", EROFS},    {"owner", EPERM},
+    {"rename", EPERM}, {"rename", EBUSY}, {"rename", EACCES},
+};
+
+bool AllowsInPlaceOnly(const WriteFailure& failure) {
+  return std::ranges::any_of(kInPlaceOnly, [&](const WriteFailure& known) {
+    return failure.error == known.error && failure.step == std::string_view(known.step);
+  });
+}
+
+std::optional<WriteFailure> ReplaceByRename(const fs::path& target, std::string_view bytes,
+                                            const std::optional<struct stat>& old) {
+  TemporaryFile temporary(target);
+  if (temporary.failure()) return temporary.failure();
+  if (old && !temporary.TakeOwnerAndMode(*old)) return WriteFailure{"owner", EPERM};
+  if (const auto failure = temporary.Append(bytes)) return failure;
+  return temporary.PutInPlace();
+}
+
+std::optional<WriteFailure> CopyBytes(int source, TemporaryFile& copy) {
+  std::string block(kCopyBlock, '\0');
+  for (;;) {
+    const ssize_t got = Retry([&] { return read(source, block.data(), block.size()); });
+    if (got < 0) return Failed("read");
+    if (got == 0) return copy.PutInPlace();
+    if (const auto failure = copy.Append({block.data(), static_cast<std::size_t>(got)})) return failure;
+  }
+}
+
+/// A regular file open for reading.
+struct OpenedFile {
+  ReadStatus status;
+  Descriptor descriptor{-1};
+  struct stat info {};
+};
+
+OpenedFile OpenRegular(const fs::path& name) {
+  OpenedFile file{ReadStatus::kUnreadable};
+  const auto before = StatusOf(name);
+  if (!before) {
+    if (errno == ENOENT || errno == ENOTDIR) file.status = ReadStatus::kMissing;
+    return file;
+  }
+  // Asked before the open too: to open a device can have effects of its own.
+  file.status = ReadStatus::kNotRegular;
+  if (!S_ISREG(before->st_mode)) return file;
+  file.descriptor = Descriptor(Retry([&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+  file.status = ReadStatus::kUnreadable;
+  if (!file.descriptor || fstat(file.descriptor.number(), &file.info) != 0) return file;
+  file.status = S_ISREG(file.info.st_mode) ? ReadStatus::kRead : ReadStatus::kNotRegular;
+  return file;
 }
 
 class LinuxFileStore final : public FileStore {
  public:
   ReadResult Read(const std::wstring& path, std::size_t limit) const override {
-    const fs::path name = PathBytes(path);
-    const auto status = StatusOf(name);
-    if (!status)
-      return {errno == ENOENT || errno == ENOTDIR ? ReadStatus::kMissing : ReadStatus::kUnreadable, {}};
-    // Asked before the open too: to open a device can have effects of its own.
-    if (!S_ISREG(status->st_mode)) return {ReadStatus::kNotRegular, {}};
-    if (static_cast<std::size_t>(status->st_size) > limit) return {ReadStatus::kTooLarge, {}};
-    const Descriptor file(Retry([&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
-    struct stat opened {};
-    if (!file || fstat(file.number(), &opened) != 0) return {ReadStatus::kUnreadable, {}};
-    if (!S_ISREG(opened.st_mode)) return {ReadStatus::kNotRegular, {}};
-    auto bytes = ReadAll(file.number(), static_cast<std::size_t>(opened.st_size), limit);
+    const OpenedFile file = OpenRegular(PathBytes(path));
+    if (file.status != ReadStatus::kRead) return {file.status, {}};
+    const auto size = static_cast<std::size_t>(file.info.st_size);
+    if (size > limit) return {ReadStatus::kTooLarge, {}};
+    auto bytes = ReadAll(file.descriptor.number(), size, limit);
     if (!bytes) return {ReadStatus::kUnreadable, {}};
     if (bytes->size() > limit) return {ReadStatus::kTooLarge, {}};
     return {ReadStatus::kRead, std::move(*bytes)};
@@ -222,22 +149,21 @@ class LinuxFileStore final : public FileStore {
   std::optional<WriteFailure> Replace(const std::wstring& path, std::string_view bytes) override {
     const fs::path target = LinkTarget(PathBytes(path));
     const auto old = StatusOf(target);
+    if (!old && errno != ENOENT) return Failed("open");  // a circle of links, for one
     if (old && !S_ISREG(old->st_mode)) return WriteFailure{"open", EISDIR};
     if (old && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return Failed("open");
-    return ReplaceTarget(target, bytes, old);
+    const auto failure = ReplaceByRename(target, bytes, old);
+    return failure && old && AllowsInPlaceOnly(*failure) ? WriteInPlace(target, bytes) : failure;
   }
 
   std::optional<WriteFailure> Copy(const std::wstring& path, const std::wstring& copy) override {
-    const auto status = StatusOf(PathBytes(path));
-    if (!status) return Failed("open");
-    const ReadResult source = Read(path, std::numeric_limits<std::size_t>::max() / 4);
+    const OpenedFile source = OpenRegular(PathBytes(path));
     if (source.status != ReadStatus::kRead) return WriteFailure{"read", EIO};
-    Temporary temporary(PathBytes(copy) + ".new");
-    if (!temporary.opened()) return Failed("open");
+    TemporaryFile temporary(PathBytes(copy));
+    if (temporary.failure()) return temporary.failure();
     // A copy that could not get the owner still must not be readable by more people than the original.
-    if (!KeepOwnerAndMode(temporary.descriptor(), *status)) fchmod(temporary.descriptor(), 0600);
-    if (const auto failure = temporary.Write(source.bytes)) return failure;
-    return temporary.RenameTo(PathBytes(copy));
+    if (!temporary.TakeOwnerAndMode(source.info) && !temporary.MakePrivate()) return Failed("owner");
+    return CopyBytes(source.descriptor.number(), temporary);
   }
 };
 

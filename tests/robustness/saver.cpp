@@ -1,0 +1,36 @@
+// saver FILE [COUNT]: saves FILE COUNT times (without end if none is given), each time with the next number
+// in its first and its last value, and prints "saving" before the first save. A save that fails ends it
+// with 1.
+#include <cstdio>
+#include <cstdlib>
+
+#include "config/ConfigDocument.h"
+#include "platform/linux/path_text.h"
+
+namespace {
+
+constexpr int kKeysBetween = 300;  // so that the file does not fit one write of a page
+
+void Fill(qlx::ConfigDocument& document) {
+  for (int i = 0; i < kKeysBetween; ++i)
+    document.SetValue(L"MSR_Configuration", L"Key" + std::to_wstring(i), std::wstring(260, L'x'));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) return 2;
+  const long count = argc > 2 ? std::atol(argv[2]) : -1;
+  const auto document = qlx::MakeConfigDocument([](const auto&, const auto&) { std::exit(1); });
+  const bool existed = document->Open(qlx::platform::PathText(argv[1]), false);
+  if (!existed) document->Open(qlx::platform::PathText(argv[1]), true);
+  document->SetValue(L"Ports_Configuration", L"Number", L"0");
+  if (!existed) Fill(*document);
+  for (long number = 0; number != count; ++number) {
+    document->SetValue(L"Ports_Configuration", L"Number", std::to_wstring(number));
+    document->SetValue(L"Printer_Configuration", L"Number", std::to_wstring(number));
+    if (number == 0) std::puts("saving");
+    if (number == 0) std::fflush(stdout);
+    document->Save();
+  }
+}
