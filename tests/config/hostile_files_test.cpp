@@ -361,10 +361,10 @@ TEST_F(HostileFile, ADeviceInItsPlaceIsASaveError) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/zero"));
 }
 
-TEST_F(HostileFile, ALinkToItselfGivesWayToTheDefaults) {
+TEST_F(HostileFile, ALinkToItselfIsASaveErrorAndStays) {
   std::filesystem::create_symlink("QLXConfig.xml", Path());
-  ExpectDefaults(*Started());
-  EXPECT_TRUE(std::filesystem::is_regular_file(Path()));
+  ExpectSaveError();
+  EXPECT_TRUE(std::filesystem::is_symlink(Path()));
 }
 
 TEST_F(HostileFile, AFileThatMayNotBeReadIsASaveErrorAndStays) {
