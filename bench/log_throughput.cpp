@@ -2,8 +2,6 @@
 // same fields over the same transport, filtered out, and the rows of a dump against a table-driven loop.
 #include <array>
 #include <cstdarg>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -11,17 +9,11 @@
 #include <thread>
 #include <vector>
 
-#include <arpa/inet.h>
-#include <sched.h>
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/base_sink.h>
 #include <spdlog/spdlog.h>
-#include <sys/prctl.h>
-#include <sys/select.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include "bench/discarding_reader.h"
 #include "bench/rounds.h"
 #include "log/HexRows.h"
 #include "log/LogMessage.h"
@@ -29,6 +21,9 @@
 
 namespace {
 
+using qlx::bench::BareSocket;
+using qlx::bench::Fail;
+using qlx::bench::reader_port;
 using qlx::bench::Rounds;
 using qlx::bench::Seconds;
 
@@ -36,83 +31,6 @@ constexpr int kRecords = 60000;
 constexpr int kThreads = 4;
 constexpr int kFilteredCalls = 20'000'000;
 constexpr std::size_t kDumpBytes = 1 << 20;
-
-void PinTo(unsigned core) {
-  cpu_set_t cores;
-  CPU_ZERO(&cores);
-  CPU_SET(core, &cores);
-  sched_setaffinity(0, sizeof cores, &cores);
-}
-
-[[noreturn]] void Fail(const char* what) {
-  std::perror(what);
-  std::exit(2);
-}
-
-/// Throws away what every connection sends; each has a process of its own on the second core. It wakes up for
-/// large pieces only: waking it for every record costs the sender more than the record and differs from round
-/// to round.
-[[noreturn]] void Discard(int listener) {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  PinTo(1);
-  for (;;) {
-    const int peer = accept(listener, nullptr, nullptr);
-    if (fork() == 0) {
-      prctl(PR_SET_PDEATHSIG, SIGKILL);
-      static std::array<char, 1 << 18> buffer;
-      constexpr int kPiece = buffer.size() / 2;
-      setsockopt(peer, SOL_SOCKET, SO_RCVLOWAT, &kPiece, sizeof kPiece);
-      while (read(peer, buffer.data(), buffer.size()) > 0) {
-      }
-      _exit(0);
-    }
-    close(peer);
-  }
-}
-
-/// The port of a reader that runs in a process of its own on the second core.
-std::uint16_t StartReader() {
-  const int listener = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* plain = reinterpret_cast<sockaddr*>(&address);
-  if (bind(listener, plain, size) != 0 || listen(listener, 16) != 0) Fail("listen");
-  if (getsockname(listener, plain, &size) != 0) Fail("getsockname");
-  if (fork() == 0) Discard(listener);
-  close(listener);
-  return ntohs(address.sin_port);
-}
-
-std::uint16_t reader_port = 0;
-
-/// A socket that nobody sits between: select, then send.
-class BareSocket {
- public:
-  BareSocket() : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(reader_port);
-    if (connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) Fail("connect");
-  }
-  BareSocket(const BareSocket&) = delete;
-  BareSocket& operator=(const BareSocket&) = delete;
-  ~BareSocket() { close(socket_); }
-
-  void Send(std::string_view record) const {
-    fd_set writable;
-    FD_ZERO(&writable);
-    FD_SET(socket_, &writable);
-    timeval limit{0, 3000000};
-    if (select(socket_ + 1, nullptr, &writable, nullptr, &limit) != 1) Fail("select");
-    if (send(socket_, record.data(), record.size(), MSG_NOSIGNAL) < 0) Fail("send");
-  }
-
- private:
-  int socket_;
-};
 
 /// Keeps the optimiser from dropping what is only measured.
 void Use(const char* bytes) {
@@ -358,8 +276,8 @@ bool DumpRows() {
 }  // namespace
 
 int main() {
-  reader_port = StartReader();
-  PinTo(0);
+  reader_port = qlx::bench::StartReader();
+  qlx::bench::PinTo(0);
   const bool one = Records(1, 0.80);
   const bool four = Records(kThreads, 0.85);
   const bool formatting = Formatting();

@@ -61,6 +61,7 @@ class LogThreadsTest : public testing::Test {
   static void Together(Work work) {
     std::latch start(kThreads);
     std::vector<std::thread> team;
+    team.reserve(kThreads);
     for (int thread = 0; thread < kThreads; ++thread)
       team.emplace_back([&, thread] {
         start.arrive_and_wait();
