@@ -136,8 +136,16 @@ TEST_F(TcpSocketTest, ASignalDoesNotEndTheWait) {
 TEST_F(TcpSocketTest, WritingToAClosedPeerFailsWithoutASignal) {
   const LoopbackListener listener;
   ASSERT_TRUE(ConnectTo(listener.port()));
+  listener.Accept().Close();
+  EXPECT_EQ(FillUp(1s), WaitEnd::kFailed);
+}
+
+TEST_F(TcpSocketTest, WritingAfterAResetFailsWithoutASignal) {
+  const LoopbackListener listener;
+  ASSERT_TRUE(ConnectTo(listener.port()));
   listener.Accept().Reset();
   EXPECT_EQ(FillUp(1s), WaitEnd::kFailed);
+  EXPECT_FALSE(socket_->Send("again"));
 }
 
 TEST_F(TcpSocketTest, OperationsOnAClosedSocketFail) {
