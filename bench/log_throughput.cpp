@@ -2,8 +2,6 @@
 // same fields over the same transport, filtered out, and the rows of a dump against a table-driven loop.
 #include <array>
 #include <cstdarg>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -11,17 +9,11 @@
 #include <thread>
 #include <vector>
 
-#include <arpa/inet.h>
-#include <sched.h>
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/base_sink.h>
 #include <spdlog/spdlog.h>
-#include <sys/prctl.h>
-#include <sys/select.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include "bench/discarding_reader.h"
 #include "bench/rounds.h"
 #include "log/HexRows.h"
 #include "log/LogMessage.h"
@@ -29,6 +21,9 @@
 
 namespace {
 
+using qlx::bench::BareSocket;
+using qlx::bench::Fail;
+using qlx::bench::reader_port;
 using qlx::bench::Rounds;
 using qlx::bench::Seconds;
 
@@ -37,82 +32,33 @@ constexpr int kThreads = 4;
 constexpr int kFilteredCalls = 20'000'000;
 constexpr std::size_t kDumpBytes = 1 << 20;
 
-void PinTo(unsigned core) {
-  cpu_set_t cores;
-  CPU_ZERO(&cores);
-  CPU_SET(core, &cores);
-  sched_setaffinity(0, sizeof cores, &cores);
+/// Keeps the optimiser from dropping what is only measured.
+void Use(const char* bytes) {
+  asm volatile("" : : "r"(bytes) : "memory");
 }
 
-[[noreturn]] void Fail(const char* what) {
-  std::perror(what);
-  std::exit(2);
-}
-
-/// Throws away what every connection sends; each has a process of its own on the second core. It wakes up for
-/// large pieces only: waking it for every record costs the sender more than the record and differs from round
-/// to round.
-[[noreturn]] void Discard(int listener) {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  PinTo(1);
-  for (;;) {
-    const int peer = accept(listener, nullptr, nullptr);
-    if (fork() == 0) {
-      prctl(PR_SET_PDEATHSIG, SIGKILL);
-      static std::array<char, 1 << 18> buffer;
-      constexpr int kPiece = buffer.size() / 2;
-      setsockopt(peer, SOL_SOCKET, SO_RCVLOWAT, &kPiece, sizeof kPiece);
-      while (read(peer, buffer.data(), buffer.size()) > 0) {
-      }
-      _exit(0);
-    }
-    close(peer);
-  }
-}
-
-/// The port of a reader that runs in a process of its own on the second core.
-std::uint16_t StartReader() {
-  const int listener = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* plain = reinterpret_cast<sockaddr*>(&address);
-  if (bind(listener, plain, size) != 0 || listen(listener, 16) != 0) Fail("listen");
-  if (getsockname(listener, plain, &size) != 0) Fail("getsockname");
-  if (fork() == 0) Discard(listener);
-  close(listener);
-  return ntohs(address.sin_port);
-}
-
-std::uint16_t reader_port = 0;
-
-/// A socket that nobody sits between: select, then send.
-class BareSocket {
+/// Takes every record at no cost, so that only the formatting is left to measure.
+class VoidSocket final : public qlx::platform::TcpSocket {
  public:
-  BareSocket() : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(reader_port);
-    if (connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) Fail("connect");
+  bool Start() override { return true; }
+  std::optional<std::uint32_t> Resolve(const std::string&) override { return INADDR_LOOPBACK; }
+  bool Create() override { return true; }
+  bool BindToAny() override { return true; }
+  bool Connect(std::uint32_t, std::uint16_t, std::chrono::milliseconds) override { return true; }
+  qlx::platform::WaitEnd WaitWritable(std::chrono::microseconds) override {
+    return qlx::platform::WaitEnd::kReady;
   }
-  BareSocket(const BareSocket&) = delete;
-  BareSocket& operator=(const BareSocket&) = delete;
-  ~BareSocket() { close(socket_); }
-
-  void Send(std::string_view record) const {
-    fd_set writable;
-    FD_ZERO(&writable);
-    FD_SET(socket_, &writable);
-    timeval limit{0, 3000000};
-    if (select(socket_ + 1, nullptr, &writable, nullptr, &limit) != 1) Fail("select");
-    if (send(socket_, record.data(), record.size(), MSG_NOSIGNAL) < 0) Fail("send");
+  bool Send(std::string_view record) override {
+    Use(record.data());
+    return true;
   }
-
- private:
-  int socket_;
+  void Close() override {}
+  void Stop() override {}
 };
+
+std::unique_ptr<qlx::platform::TcpSocket> MakeVoidSocket() {
+  return std::make_unique<VoidSocket>();
+}
 
 std::vector<qlx::ConfigNode> KeysOfBench(const std::wstring&) {
   return {{L"TCP_Port", std::to_wstring(reader_port), {}, {}}, {L"Log_Level", L"5", {}, {}}};
@@ -123,28 +69,40 @@ class Quiet final : public qlx::platform::DebugOutput {
   void Write(std::wstring_view) override {}
 };
 
+template <auto kMakeSocket>
 std::unique_ptr<qlx::Logger> CreateLogger() {
   static Quiet quiet;
   return std::make_unique<qlx::Logger>(
-      qlx::LoggerSystem{qlx::platform::ThisProgram(), quiet, &KeysOfBench, &qlx::platform::MakeTcpSocket});
+      qlx::LoggerSystem{qlx::platform::ThisProgram(), quiet, &KeysOfBench, kMakeSocket});
 }
 
-constinit qlx::ProcessLog our_log(&CreateLogger);
+constinit qlx::ProcessLog log_to_reader(&CreateLogger<&qlx::platform::MakeTcpSocket>);
+constinit qlx::ProcessLog log_to_void(&CreateLogger<&MakeVoidSocket>);
 
-void Log(std::uint32_t module, std::uint32_t level, const char* format, ...) QLX_PRINTF(3, 4);
+/// LogMessage on a log of our choice.
+void Log(qlx::ProcessLog& log, const char* format, ...) QLX_PRINTF(2, 3);
 
-void Log(std::uint32_t module, std::uint32_t level, const char* format, ...) {
-  if (!our_log.Passes(module, level)) return;
+void Log(qlx::ProcessLog& log, const char* format, ...) {
+  if (!log.Passes(qlx::MZP_PRINTER, qlx::LEVEL_INFO)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  our_log.Message(module, level, format, arguments);
+  log.Message(qlx::MZP_PRINTER, qlx::LEVEL_INFO, format, arguments);
   va_end(arguments);
 }
 
+/// The message that every contender logs.
+void LogOne(qlx::ProcessLog& log, unsigned i) {
+  Log(log, "PRINTERDialog::SendData - %u bytes to %s", i, "COM17");
+}
+void LogOne(spdlog::logger& log, unsigned i) {
+  log.info("PRINTERDialog::SendData - {} bytes to {}", i, "COM17");
+}
+
 /// LogMessage's own transport.
+template <auto kMakeSocket>
 class OurSocket {
  public:
-  OurSocket() : client_(reader_port, qlx::platform::MakeTcpSocket()) {
+  OurSocket() : client_(reader_port, kMakeSocket()) {
     if (client_.Connect() != qlx::LogSocketClient::kConnected) Fail("connect");
   }
   void Send(std::string_view record) { client_.Send(record); }
@@ -214,7 +172,7 @@ bool Records(int threads, double bound) {
   const BareSocket bare;
   std::mutex lock;
   const auto over_bare = Spdlog<BareSocket>();
-  const auto over_ours = Spdlog<OurSocket>();
+  const auto over_ours = Spdlog<OurSocket<&qlx::platform::MakeTcpSocket>>();
   Rounds rounds("records, " + std::to_string(threads) + " thread(s)", "records/s");
   rounds.Add("bare select + send, one lock", [&] {
     return Rate(threads, [&](unsigned) {
@@ -222,26 +180,27 @@ bool Records(int threads, double bound) {
       bare.Send(ReadyRecord());
     });
   });
-  rounds.Add("LogMessage", [&] {
-    return Rate(threads, [](unsigned i) {
-      Log(qlx::MZP_PRINTER, qlx::LEVEL_INFO, "PRINTERDialog::SendData - %u bytes to %s", i, "COM17");
-    });
-  });
-  rounds.Add("spdlog, select + send", [&] {
-    return Rate(threads,
-                [&](unsigned i) { over_bare->info("PRINTERDialog::SendData - {} bytes to {}", i, "COM17"); });
-  });
-  rounds.Add("spdlog, LogMessage's socket", [&] {
-    return Rate(threads,
-                [&](unsigned i) { over_ours->info("PRINTERDialog::SendData - {} bytes to {}", i, "COM17"); });
-  });
+  rounds.Add("LogMessage", [&] { return Rate(threads, [](unsigned i) { LogOne(log_to_reader, i); }); });
+  rounds.Add("spdlog, select + send",
+             [&] { return Rate(threads, [&](unsigned i) { LogOne(*over_bare, i); }); });
+  rounds.Add("spdlog, LogMessage's socket",
+             [&] { return Rate(threads, [&](unsigned i) { LogOne(*over_ours, i); }); });
   rounds.Run(9);
   const bool floor = rounds.AtLeast(bound, "LogMessage", "bare select + send, one lock");
   return (threads > 1 || rounds.AtLeast(1.2, "LogMessage", "spdlog, select + send")) && floor;
 }
 
+bool Formatting() {
+  const auto spdlog_logger = Spdlog<OurSocket<&MakeVoidSocket>>();
+  Rounds rounds("records over a socket that costs nothing, 1 thread", "records/s");
+  rounds.Add("spdlog", [&] { return Rate(1, [&](unsigned i) { LogOne(*spdlog_logger, i); }); });
+  rounds.Add("LogMessage", [&] { return Rate(1, [](unsigned i) { LogOne(log_to_void, i); }); });
+  rounds.Run(15);
+  return rounds.AtLeast(1.2, "LogMessage", "spdlog");
+}
+
 bool FilteredOut() {
-  const auto logger = Spdlog<OurSocket>();
+  const auto logger = Spdlog<OurSocket<&qlx::platform::MakeTcpSocket>>();
   logger->set_level(spdlog::level::off);
   qlx::LogMessage(qlx::MZP_PRINTER, qlx::LEVEL_INFO, "no configuration beside this program: off");
   Rounds rounds("a call that the level filters out", "ns");
@@ -258,11 +217,6 @@ bool FilteredOut() {
   });
   rounds.Run(9);
   return rounds.AtMost(1.0, "LogMessage", "spdlog");
-}
-
-/// Keeps the optimiser from dropping what is only measured.
-void Use(const char* bytes) {
-  asm volatile("" : : "r"(bytes) : "memory");
 }
 
 using Digits = std::array<std::array<char, 2>, 256>;
@@ -322,12 +276,13 @@ bool DumpRows() {
 }  // namespace
 
 int main() {
-  reader_port = StartReader();
-  PinTo(0);
+  reader_port = qlx::bench::StartReader();
+  qlx::bench::PinTo(0);
   const bool one = Records(1, 0.80);
   const bool four = Records(kThreads, 0.85);
+  const bool formatting = Formatting();
   const bool filtered = FilteredOut();
   const bool rows = DumpRows();
-  our_log.End();
-  return one && four && filtered && rows ? 0 : 1;
+  log_to_reader.End();
+  return one && four && formatting && filtered && rows ? 0 : 1;
 }

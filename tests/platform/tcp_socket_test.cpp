@@ -73,8 +73,8 @@ std::vector<Descriptor> FillQueue(const LoopbackListener& listener) {
   for (bool full = false; !full;) {
     const int one = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     waiting.emplace_back(one);
-    // Under way at best; poll tells whether it went through.
-    static_cast<void>(connect(one, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    // In progress or refused: poll says which.
+    (void)connect(one, reinterpret_cast<const sockaddr*>(&address), sizeof address);
     pollfd wait{one, POLLOUT, 0};
     full = poll(&wait, 1, 200) == 0;
   }
@@ -136,8 +136,16 @@ TEST_F(TcpSocketTest, ASignalDoesNotEndTheWait) {
 TEST_F(TcpSocketTest, WritingToAClosedPeerFailsWithoutASignal) {
   const LoopbackListener listener;
   ASSERT_TRUE(ConnectTo(listener.port()));
+  listener.Accept().Close();
+  EXPECT_EQ(FillUp(1s), WaitEnd::kFailed);
+}
+
+TEST_F(TcpSocketTest, WritingAfterAResetFailsWithoutASignal) {
+  const LoopbackListener listener;
+  ASSERT_TRUE(ConnectTo(listener.port()));
   listener.Accept().Reset();
   EXPECT_EQ(FillUp(1s), WaitEnd::kFailed);
+  EXPECT_FALSE(socket_->Send("again"));
 }
 
 TEST_F(TcpSocketTest, OperationsOnAClosedSocketFail) {
