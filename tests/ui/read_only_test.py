@@ -45,6 +45,17 @@ class ReadOnly(WindowCase):
         tool.close()
         self.assertEqual(tool.wait(), 0)
 
+    def test_a_file_that_cannot_be_created_is_told_and_the_window_opens_all_the_same(self):
+        os.chmod(self.installation.directory, 0o555)
+        self.addCleanup(os.chmod, self.installation.directory, 0o755)
+        tool = self.start()
+        tool.answer("OK", f'Unable to save file "{self.installation.file}".\nPlease check location of file')
+        tool.answer("OK", NO_RIGHTS)
+        tool.tab("Logging")
+        self.assertEqual(tool.text(1022), "38674")
+        tool.close()
+        self.assertEqual(tool.wait(), 0)
+
 
 if __name__ == "__main__":
     unittest.main()
