@@ -192,8 +192,26 @@ TEST_F(HostileFile, AHundredThousandLevelsAreReplaced) {
   ExpectSmallGrowth(Repeated(1'000'000, "<MZP>"));
 }
 
+TEST_F(HostileFile, AttributesThatADocumentTypeGivesEveryElementAreBounded) {
+  const auto type = [](int attributes) {
+    return "<!DOCTYPE MZP [" + Numbered(attributes, "<!ATTLIST a x", " CDATA ''>") + "]>";
+  };
+  const std::string elements = "<MZP>" + Repeated(20'000, "<a/>") + "</MZP>";
+  ExpectReplaced(type(5'000) + elements);
+  ExpectSmallGrowth(type(1'000) + elements);
+  EXPECT_TRUE(Opened(type(10) + elements)->Contains(L"MZP//a"));
+}
+
+TEST_F(HostileFile, AByteThatItsEncodingLacksIsReplacedWithoutAWordOnStandardError) {
+  testing::internal::CaptureStderr();
+  ExpectReplaced("<?xml version='1.0' encoding='windows-1252'?><MZP>\x81</MZP>");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST_F(HostileFile, TwoHundredLevelsAreReadAndNotOneMore) {
   Write(Nested(200));
+  EXPECT_TRUE(Document()->Open(Path().wstring(), false));
+  Write(Nested(200, "text"));
   EXPECT_TRUE(Document()->Open(Path().wstring(), false));
   ExpectReplaced(Nested(201));
 }

@@ -79,11 +79,13 @@ xmlNode* Next(xmlNode* node, int& depth) {
   return node == nullptr ? nullptr : node->next;
 }
 
-/// A reference that is still there after the parse names an entity that nobody declared.
+/// A reference that is still there after the parse names an entity that nobody declared. The text of the
+/// deepest element stands a level below it.
 bool IsWithinBounds(xmlDoc* document) {
   int depth = 1;
   for (xmlNode* node = document->children; node != nullptr; node = Next(node, depth)) {
-    if (depth > kXmlDepthLimit || node->type == XML_ENTITY_REF_NODE) return false;
+    if (node->type == XML_ENTITY_REF_NODE) return false;
+    if (node->type == XML_ELEMENT_NODE && depth > kXmlDepthLimit) return false;
   }
   return true;
 }
@@ -122,17 +124,24 @@ struct PassedOver {
   bool external_entity = false;
   bool undeclared_entity = false;
   bool copied_entity = false;
+  int attributes = 0;  ///< in all, with those that a document type gives
+  bool too_many_attributes = false;
+
+  bool any() const { return external_entity || undeclared_entity || copied_entity || too_many_attributes; }
 };
 
+PassedOver& PassedOverBy(xmlParserCtxt* context) {
+  return *static_cast<PassedOver*>(context->_private);
+}
+
 xmlParserInput* RefuseExternalEntity(const char*, const char*, xmlParserCtxt* context) {
-  if (context != nullptr && context->_private != nullptr)
-    static_cast<PassedOver*>(context->_private)->external_entity = true;
+  if (context != nullptr && context->_private != nullptr) PassedOverBy(context).external_entity = true;
   return nullptr;
 }
 
 void NoteError(void* context, xmlError* error) {
-  auto& passed_over = *static_cast<PassedOver*>(static_cast<xmlParserCtxt*>(context)->_private);
-  if (error->code == XML_WAR_UNDECLARED_ENTITY) passed_over.undeclared_entity = true;
+  if (error->code == XML_WAR_UNDECLARED_ENTITY)
+    PassedOverBy(static_cast<xmlParserCtxt*>(context)).undeclared_entity = true;
 }
 
 /// The library bounds the growth of text only: each further use of an entity copies its nodes without bound,
@@ -142,9 +151,26 @@ xmlEntity* EntityForUse(void* parser, const xmlChar* name) {
   const xmlNode* content = entity == nullptr ? nullptr : entity->children;
   if (content == nullptr || (content->type == XML_TEXT_NODE && content->next == nullptr)) return entity;
   auto* context = static_cast<xmlParserCtxt*>(parser);
-  static_cast<PassedOver*>(context->_private)->copied_entity = true;
+  PassedOverBy(context).copied_entity = true;
   xmlStopParser(context);
   return nullptr;
+}
+
+/// A short document type can give every element of a document thousands of attributes, each of which the
+/// library compares with all others; no count of the bytes foresees that.
+void StartElement(void* parser, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
+                  int namespaces, const xmlChar** namespace_list, int attributes, int defaulted,
+                  const xmlChar** attribute_list) {
+  auto* context = static_cast<xmlParserCtxt*>(parser);
+  PassedOver& passed_over = PassedOverBy(context);
+  passed_over.attributes += attributes;
+  if (attributes > kXmlAttributeLimit || passed_over.attributes > kXmlNodeLimit) {
+    passed_over.too_many_attributes = true;
+    xmlStopParser(context);
+    return;
+  }
+  xmlSAX2StartElementNs(parser, name, prefix, uri, namespaces, namespace_list, attributes, defaulted,
+                        attribute_list);
 }
 
 /// The loader is one for the whole process, and the toolkit reads its pictures with the same library.
@@ -159,26 +185,35 @@ class ScopedEntityLoader {
   xmlExternalEntityLoader before_ = xmlGetExternalEntityLoader();
 };
 
+void Quiet(void*, xmlError*) {}
+
+/// What belongs to no document (a byte that its encoding has not) the library would write to standard error.
+class QuietErrors {
+ public:
+  QuietErrors() { xmlSetStructuredErrorFunc(nullptr, Quiet); }
+  QuietErrors(const QuietErrors&) = delete;
+  QuietErrors& operator=(const QuietErrors&) = delete;
+  ~QuietErrors() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
+};
+
 Document ParseStrictly(std::string_view bytes) {
   const ScopedEntityLoader loader;
+  const QuietErrors quiet;
   const ParserContext context(xmlNewParserCtxt());
   if (!context || bytes.size() > std::numeric_limits<int>::max() || !WithinXmlLimits(bytes)) return nullptr;
   PassedOver passed_over;
   context->_private = &passed_over;
   context->sax->serror = NoteError;
   context->sax->getEntity = EntityForUse;
+  context->sax->startElementNs = StartElement;
   // Entities are put in, within the library's bound on their growth; its bounds on depth and size stay on.
   constexpr int kOptions =
       XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_COMPACT;
   Document document(xmlCtxtReadMemory(context.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr,
                                       nullptr, kOptions));
-  const bool complete =
-      !passed_over.external_entity && !passed_over.undeclared_entity && !passed_over.copied_entity;
-  const bool accepted = document && complete && IsWithinBounds(document.get());
+  const bool accepted = document && !passed_over.any() && IsWithinBounds(document.get());
   return accepted ? std::move(document) : nullptr;
 }
-
-void Quiet(void*, xmlError*) {}
 
 /// A query in two halves: which elements by name, in linear time, and which of these by their attributes. The
 /// library's own evaluation of the whole takes quadratic time where sections are nested or repeated.
@@ -186,7 +221,6 @@ class Query {
  public:
   Query(const std::wstring& xpath, xmlDoc* document) : context_(xmlXPathNewContext(document)) {
     const std::size_t bracket = std::min(xpath.find(L'['), xpath.size());
-    xmlSetStructuredErrorFunc(nullptr, Quiet);
     const std::wstring names = xpath.substr(0, bracket);
     names_.reset(xmlPatterncompile(XmlText(names), nullptr, 0, nullptr));
     const std::wstring last = names.substr(names.rfind(L'/') + 1);
@@ -195,10 +229,6 @@ class Query {
       predicate_.reset(xmlXPathCompile(XmlText(L"self::node()" + xpath.substr(bracket))));
     valid_ = names_ && context_ && (predicate_ || bracket == xpath.size());
   }
-  Query(const Query&) = delete;
-  Query& operator=(const Query&) = delete;
-  ~Query() { xmlSetStructuredErrorFunc(nullptr, nullptr); }
-
   bool valid() const { return valid_; }
 
   bool Selects(xmlNode* node) const {
@@ -216,6 +246,7 @@ class Query {
     return last_name_.empty() || last_name_ == Chars(element->name);
   }
 
+  QuietErrors quiet_;
   std::unique_ptr<xmlPattern, Deleter<xmlFreePattern>> names_;
   std::string last_name_;  ///< of the last step; empty when it is more than a name
   std::unique_ptr<xmlXPathCompExpr, Deleter<xmlXPathFreeCompExpr>> predicate_;
