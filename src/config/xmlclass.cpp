@@ -73,17 +73,18 @@ bool xmlclass::Save(const std::wstring& path) {
   const std::wstring& target = path.empty() ? path_ : path;
   const std::string bytes = dom_->Serialise();
   if (bytes.size() > kLargestFile || !dom_->CanBeParsedAgain(bytes)) return false;
-  KeepOldFile(target);
-  if (files_.Replace(target, bytes)) return false;
+  if (!KeepOldFile(target) || files_.Replace(target, bytes)) return false;
   saved_.insert(target);
   return true;
 }
 
-/// What a save overwrites can be had back. Best effort: without the copy the save itself is still as asked
-/// for.
-void xmlclass::KeepOldFile(const std::wstring& path) {
-  if (saved_.contains(path)) return;
-  files_.Copy(path, path + (unreadable_ && path == path_ ? L".unreadable" : L".bak"));
+/// What a save overwrites can be had back. False when the only copy of bytes that nobody has read would be
+/// lost; a file whose values stand in the new one may be replaced without a copy.
+bool xmlclass::KeepOldFile(const std::wstring& path) {
+  if (saved_.contains(path)) return true;
+  if (unreadable_ && path == path_) return !files_.Copy(path, path + L".unreadable");
+  files_.Copy(path, path + L".bak");
+  return true;
 }
 
 std::vector<ConfigNode> xmlclass::GetNodes(const std::wstring& name, const AttributeMap& filter) {

@@ -49,7 +49,7 @@ class xmlclass : public dataclass {
 
  private:
   bool Read(const std::wstring& path);
-  void KeepOldFile(const std::wstring& path);
+  bool KeepOldFile(const std::wstring& path);
   /// With at most `levels` of descendants.
   ConfigNode ToNode(const platform::XmlNode* element, std::wstring name, int levels) const;
   platform::XmlNode* FoundOrAdded(const std::wstring& path);

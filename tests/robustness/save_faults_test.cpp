@@ -131,11 +131,13 @@ TEST(SaveFaults, TheKeptCopyIsWholeOrNotThere) {
   });
 }
 
-TEST(SaveFaults, AnUnparsableFileIsReplacedWholeOrNotAtAll) {
+TEST(SaveFaults, AnUnparsableFileIsNotReplacedBeforeItsBytesAreKept) {
   ForEachFault(kUnparsable, [](const Installation& installation) {
     ExpectOldOrNewWhole(installation, kUnparsable);
+    const fs::path kept = installation.directory() / "QLXConfig.xml.unreadable";
+    EXPECT_TRUE(!installation.saved() || Bytes(kept) == kUnparsable);
     auto names = installation.Names();
-    names.erase("QLXConfig.xml.unreadable");
+    names.erase(kept.filename().native());
     EXPECT_EQ(names, std::set<std::string>{"QLXConfig.xml"});
   });
 }
