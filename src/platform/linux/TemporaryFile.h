@@ -16,18 +16,17 @@ namespace qlx::platform {
 /// It is locked while it lives, so that two processes that save the same file do so one after the other.
 class TemporaryFile {
  public:
-  /// What a crash left under the name is removed. failure() tells whether the file is there.
-  explicit TemporaryFile(const std::filesystem::path& target);
+  /// What a crash left under the name is removed. `mode` is cut by the umask. failure() tells whether the
+  /// file is there.
+  TemporaryFile(const std::filesystem::path& target, mode_t mode);
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
   const std::optional<WriteFailure>& failure() const { return failure_; }
 
-  /// Gives the file the owner and mode of `old`. False without the rights for that.
-  bool TakeOwnerAndMode(const struct stat& old);
-  /// Only this user may read it from now on.
-  bool MakePrivate();
+  /// Gives the file the owner and mode of `old`.
+  std::optional<WriteFailure> TakeOwnerAndMode(const struct stat& old);
 
   std::optional<WriteFailure> Append(std::string_view bytes);
   /// Flushes and closes the file and renames it over the target.

@@ -18,6 +18,9 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kLongestLinkChain = 40;  // as the kernel's own
+constexpr mode_t kNewFileMode = 0644;
+/// Until the file has its owner: who opens it meanwhile could read on after the mode has changed.
+constexpr mode_t kPrivateMode = 0600;
 constexpr std::size_t kCopyBlock = std::size_t{64} << 10;
 /// A file that is written in place is held in memory meanwhile, to be put back when the disk is full.
 constexpr std::size_t kLargestInPlace = std::size_t{64} << 20;
@@ -67,7 +70,7 @@ bool Overwrite(int descriptor, std::string_view bytes) {
 std::optional<WriteFailure> WriteInPlace(const fs::path& target, std::string_view bytes) {
   Descriptor file(Retry([&] { return open(target.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK); }));
   if (!file) return Failed("open");
-  const auto old = ReadAll(file.number(), 0, kLargestInPlace);
+  const auto old = ReadAll(file.number(), bytes.size(), kLargestInPlace);
   if (!old) return Failed("read");
   if (old->size() > kLargestInPlace) return WriteFailure{"read", EFBIG};
   if (Overwrite(file.number(), bytes) && file.Close()) return std::nullopt;
@@ -92,9 +95,11 @@ bool AllowsInPlaceOnly(const WriteFailure& failure) {
 
 std::optional<WriteFailure> ReplaceByRename(const fs::path& target, std::string_view bytes,
                                             const std::optional<struct stat>& old) {
-  TemporaryFile temporary(target);
+  TemporaryFile temporary(target, old ? kPrivateMode : kNewFileMode);
   if (temporary.failure()) return temporary.failure();
-  if (old && !temporary.TakeOwnerAndMode(*old)) return WriteFailure{"owner", EPERM};
+  if (old) {
+    if (const auto failure = temporary.TakeOwnerAndMode(*old)) return failure;
+  }
   if (const auto failure = temporary.Append(bytes)) return failure;
   return temporary.PutInPlace();
 }
@@ -159,10 +164,10 @@ class LinuxFileStore final : public FileStore {
   std::optional<WriteFailure> Copy(const std::wstring& path, const std::wstring& copy) override {
     const OpenedFile source = OpenRegular(PathBytes(path));
     if (source.status != ReadStatus::kRead) return WriteFailure{"read", EIO};
-    TemporaryFile temporary(PathBytes(copy));
+    TemporaryFile temporary(PathBytes(copy), kPrivateMode);
     if (temporary.failure()) return temporary.failure();
-    // A copy that could not get the owner still must not be readable by more people than the original.
-    if (!temporary.TakeOwnerAndMode(source.info) && !temporary.MakePrivate()) return Failed("owner");
+    // Best effort: without the right to give the owner away the copy stays private.
+    temporary.TakeOwnerAndMode(source.info);
     return CopyBytes(source.descriptor.number(), temporary);
   }
 };
