@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -17,8 +18,12 @@ constexpr const char* kNames[] = {"open", "read", "write", "fsync", "close", "re
 Fault planned{};
 std::atomic<int> left = -1;  // calls of the planned kind until the fault; negative when it is over or unarmed
 
+Call meddled_call{};
+std::function<void()> meddle;  // another process's doing; empty when there is none to come
+
 /// The error that this call has to meet, 0 for none.
 int Meet(Call call) {
+  if (meddle && call == meddled_call) std::exchange(meddle, nullptr)();
   if (left < 0 || call != planned.call) return 0;
   return left-- == 0 ? planned.error : 0;
 }
@@ -46,6 +51,11 @@ ssize_t RunSized(Call call, std::size_t size, Real real) {
 std::ostream& operator<<(std::ostream& out, const Fault& fault) {
   return out << kNames[static_cast<int>(fault.call)] << " number " << fault.index << ": "
              << (fault.error == kCutShort ? "cut short" : strerrorname_np(fault.error));
+}
+
+void Before(Call call, std::function<void()> act) {
+  meddled_call = call;
+  meddle = std::move(act);
 }
 
 void Arm(const Fault& fault) {

@@ -2,6 +2,7 @@
 // in front of the C library's.
 #pragma once
 
+#include <functional>
 #include <ostream>
 
 namespace qlx::faults {
@@ -21,6 +22,9 @@ struct Fault {
 };
 
 std::ostream& operator<<(std::ostream& out, const Fault& fault);
+
+/// Runs `act` once, before the next call of the kind: what another process does just then.
+void Before(Call call, std::function<void()> act);
 
 /// From now until Disarm, in every thread. A close that fails has closed its descriptor all the same.
 void Arm(const Fault& fault);

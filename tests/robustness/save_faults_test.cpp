@@ -203,6 +203,28 @@ TEST(SaveFaults, AReadOrWriteCutShortIsNoFailure) {
   ExpectNoFailure(Call::kWrite, faults::kCutShort);
 }
 
+TEST(SaveFaults, ASaveIsPrivateUntilItHasItsOwner) {
+  const Installation installation(kOld);
+  const fs::path temporary = installation.Path().native() + ".new";
+  fs::perms early = fs::perms::unknown;
+  faults::Before(Call::kChmod, [&] { early = fs::status(temporary).permissions(); });
+  EXPECT_FALSE(platform::SystemFileStore().Replace(platform::PathText(installation.Path().native()), "new"));
+  EXPECT_EQ(early, fs::perms{0600});
+  EXPECT_EQ(fs::status(installation.Path()).permissions(), fs::perms{0644});
+}
+
+TEST(SaveFaults, WhatAnotherProcessPutUnderTheTemporaryNameIsNeverRenamed) {
+  const Installation installation(kOld);
+  const fs::path temporary = installation.Path().native() + ".new";
+  faults::Before(Call::kFsync, [&] {  // as where locks do not work
+    fs::remove(temporary);
+    std::ofstream(temporary) << "half of another save";
+  });
+  EXPECT_TRUE(platform::SystemFileStore().Replace(platform::PathText(installation.Path().native()), "new"));
+  EXPECT_EQ(Bytes(installation.Path()), kOld);
+  EXPECT_EQ(Bytes(temporary), "half of another save");
+}
+
 /// Runs what follows as a user who may write the file but nothing beside it.
 class FileWithoutDirectory {
  public:
