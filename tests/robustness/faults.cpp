@@ -72,6 +72,8 @@ bool Disarm() {
 using qlx::faults::Call;
 
 // The C library's names for what the kernel does; a static library finds these before the C library's own.
+// Its headers give the parameters reserved names.
+// NOLINTBEGIN(readability-identifier-naming,readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
 int open(const char* path, int flags, ...) {
@@ -117,3 +119,4 @@ int ftruncate(int descriptor, off_t size) noexcept {
 }
 
 }  // extern "C"
+// NOLINTEND(readability-identifier-naming,readability-inconsistent-declaration-parameter-name)
