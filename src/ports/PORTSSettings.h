@@ -2,22 +2,14 @@
 #pragma once
 
 #include <array>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "config/ConfigDocument.h"
-#include "ports/DeviceKind.h"
+#include "config/DeviceKind.h"
+#include "ports/UsbIdentity.h"
 
 namespace qlx {
-
-/// A USB device as the file knows it: identifiers in the form "0x%04x", empty texts for none in particular.
-struct UsbIdentity {
-  std::wstring vendor;
-  std::wstring product;
-  std::wstring serial;
-  bool operator==(const UsbIdentity&) const = default;
-};
 
 /// One row of the page.
 struct PortRow {
