@@ -1,0 +1,100 @@
+#include "demo/SerialSession.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace qlx {
+namespace {
+
+/// Half a megabyte of blocks: more than a window shows in a second.
+constexpr std::size_t kMostEvents = 256;
+
+std::wstring OpenErrorLine(platform::SerialOpenError error) {
+  switch (error) {
+    case platform::SerialOpenError::kReadEvent:
+      return L"<Error Creating Read Event>";
+    case platform::SerialOpenError::kWriteEvent:
+    case platform::SerialOpenError::kStopEvent:  // the same words, on purpose
+      return L"<Error Creating Write Event>";
+    case platform::SerialOpenError::kDevice:
+    case platform::SerialOpenError::kTimeouts:
+      break;
+  }
+  return L"<Error Opening COM Port>";
+}
+
+std::span<const std::uint8_t> Bytes(std::string_view chunk) {
+  return {reinterpret_cast<const std::uint8_t*>(chunk.data()), chunk.size()};
+}
+
+}  // namespace
+
+SerialSession::SerialSession(SerialLink::OpenPort open_port, std::function<void()> wake,
+                             std::function<void()> while_waiting)
+    : wake_(std::move(wake)),
+      link_(std::move(open_port),
+            {[this](std::span<const std::uint8_t> block) {
+               if (!block.empty()) AddFromReader(std::vector<std::uint8_t>(block.begin(), block.end()));
+             },
+             [this](ReadFailure) { AddFromReader(L"<Error Reading Port>"); }},
+            std::move(while_waiting)) {}
+
+bool SerialSession::Open(const std::wstring& port) {
+  const auto error = port.empty() ? platform::SerialOpenError::kDevice : link_.Open(port);
+  Add(error ? OpenErrorLine(*error) : L"<COM Port Opened>");
+  return !error;
+}
+
+void SerialSession::Send(const DemoCommand& command) {
+  if (!command.announcement.empty()) Add(std::wstring(command.announcement));
+  for (const std::string_view chunk : command.chunks) {
+    if (stopped_) return;
+    if (link_.Write(Bytes(chunk)) == WriteEnd::kFailed) Add(L"<Error Writing to Port>");
+  }
+}
+
+std::vector<SessionEvent> SerialSession::Take(std::size_t most) {
+  const std::lock_guard guard(lock_);
+  const auto end = events_.begin() + static_cast<std::ptrdiff_t>(std::min(most, events_.size()));
+  std::vector<SessionEvent> taken(std::move_iterator(events_.begin()), std::move_iterator(end));
+  events_.erase(events_.begin(), end);
+  room_.notify_one();
+  return taken;
+}
+
+void SerialSession::Stop() {
+  {
+    const std::lock_guard guard(lock_);
+    stopped_ = true;
+  }
+  room_.notify_one();
+  link_.Stop();
+}
+
+void SerialSession::Close() {
+  Stop();
+  link_.Close();
+}
+
+void SerialSession::AddFromReader(SessionEvent event) {
+  {
+    std::unique_lock guard(lock_);
+    room_.wait(guard, [this] { return stopped_ || (announced_ && events_.size() < kMostEvents); });
+  }
+  Add(std::move(event));
+}
+
+void SerialSession::Add(SessionEvent event) {
+  bool first = false;
+  {
+    const std::lock_guard guard(lock_);
+    first = events_.empty();
+    events_.push_back(std::move(event));
+    announced_ = true;
+  }
+  room_.notify_one();
+  if (first) wake_();
+}
+
+}  // namespace qlx
