@@ -1,11 +1,14 @@
 // A virtual port on a real pty, and the device's end of it.
 #pragma once
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -44,6 +47,7 @@ class VirtualPort {
       : link_(directory.path() / ("MZP_" + name)) {
     char tty[64];
     if (openpty(&device_, &kept_, tty, nullptr, nullptr) != 0) throw std::runtime_error("no pty");
+    fcntl(device_, F_SETFL, O_RDWR | O_NONBLOCK);
     std::filesystem::create_symlink(tty, link_);
   }
   VirtualPort(const VirtualPort&) = delete;
@@ -60,12 +64,21 @@ class VirtualPort {
   }
 
   /// Sends every byte, waiting for the tool where it must.
-  void Send(const std::string& bytes) const {
-    for (std::size_t sent = 0; sent < bytes.size();) {
-      const ssize_t count = write(device_, bytes.data() + sent, bytes.size() - sent);
-      if (count < 0) throw std::runtime_error("the port takes nothing");
-      sent += static_cast<std::size_t>(count);
+  void Send(std::string_view bytes) const {
+    while (!bytes.empty()) {
+      const auto sent = SendSome(bytes);
+      if (!sent) throw std::runtime_error("the device is unplugged");
+      bytes.remove_prefix(*sent);
     }
+  }
+
+  /// Sends what the port takes within a moment; nothing once the device is unplugged.
+  std::optional<std::size_t> SendSome(std::string_view bytes) const {
+    pollfd polled = {device_, POLLOUT, 0};
+    if (poll(&polled, 1, 10) <= 0) return device_ < 0 ? std::nullopt : std::optional<std::size_t>(0);
+    const ssize_t count = write(device_, bytes.data(), bytes.size());
+    if (count < 0) return errno == EAGAIN ? std::optional<std::size_t>(0) : std::nullopt;
+    return static_cast<std::size_t>(count);
   }
 
   /// The next bytes from the tool: `size` of them, or fewer when nothing more comes for `limit_ms`.
