@@ -15,6 +15,7 @@
 #include "pages/LOGDialog.h"
 #include "pages/MSRDialog.h"
 #include "platform/user_rights.h"
+#include "ports/PORTSDialog.h"
 
 namespace qlx {
 namespace {
@@ -42,7 +43,7 @@ CQLXConfigDlg::CQLXConfigDlg()
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMINIMIZE_BOX),
       tabs_(new wxNotebook(this, kTabControl)),
       editable_(platform::MayChangeSettings()),
-      restart_progress_(*this, [this] { EndModal(wxID_CANCEL); }),
+      restart_progress_(*this, AfterRestart::kStayDisabled, [this] { EndModal(wxID_CANCEL); }),
       restart_(platform::OpenServiceManager, restart_progress_, RestartEnd::kAlways) {
   SetIcons(ProgramIcons());
   MakePages();
@@ -57,10 +58,11 @@ CQLXConfigDlg::~CQLXConfigDlg() {
 }
 
 void CQLXConfigDlg::MakePages() {
+  ports_ = new PORTSDialog(tabs_, EndProgram);
   auto* logging = new LOGDialog(tabs_, EndProgram);
   auto* msr = new MSRDialog(tabs_, EndProgram);
-  pages_ = {logging, msr};
-  tabs_->AddPage(new wxPanel(tabs_), "COM Ports");
+  pages_ = {ports_, logging, msr};
+  tabs_->AddPage(ports_, "COM Ports");
   tabs_->AddPage(logging, "Logging");
   tabs_->AddPage(msr, "MSR");
   tabs_->AddPage(new wxPanel(tabs_), "iButton");
@@ -127,15 +129,19 @@ void CQLXConfigDlg::OnTabChanged(int tab) {
   if (tab == kPrinterTab) LogPrinterPortNotOpened("QLXConfigDlg::OnTcnSelchangeTabMzp()");
 }
 
+bool CQLXConfigDlg::restarting() const {
+  return restart_.running() || ports_->restarting();
+}
+
 void CQLXConfigDlg::OnApplyAll() {
-  if (restart_.running()) return;
+  if (restarting()) return;
   for (SettingsPage* page : pages_) page->SaveToData();
   ShowBox(this, L"All settings saved.", BoxIcon::kInformation);
 }
 
 void CQLXConfigDlg::OnCancel() {
   // A window manager may ask for the close even while a box is open over the window.
-  if (restart_.running() || modal_depth_.count() > 1) return;
+  if (restarting() || modal_depth_.count() > 1) return;
   if (!document_->changed()) return EndModal(wxID_CANCEL);
   const std::optional<bool> restart = AskYesNo(this, kRestartQuestion);
   if (!restart) return;  // neither Yes nor No: the window stays

@@ -15,6 +15,8 @@
 
 namespace qlx {
 
+class PORTSDialog;
+
 /// Counts the modal dialogs that are open, the main window included.
 class ModalDepth : public wxModalDialogHook {
  public:
@@ -51,11 +53,14 @@ class CQLXConfigDlg : public wxDialog {
   void OnTabChanged(int tab);
   void OnApplyAll();
   void OnCancel();
+  /// While a restart goes on, from here or from the COM Ports page.
+  bool restarting() const;
 
   wxNotebook* tabs_;
   wxButton* apply_all_ = nullptr;
   /// The pages in the order in which they are initialised and saved.
   std::vector<SettingsPage*> pages_;
+  PORTSDialog* ports_ = nullptr;
   std::unique_ptr<ConfigDocument> document_;
   bool editable_;
   bool shown_ = false;

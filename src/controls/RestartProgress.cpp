@@ -6,8 +6,8 @@
 
 namespace qlx {
 
-RestartProgress::RestartProgress(wxWindow& window, std::function<void()> over)
-    : window_(window), over_(std::move(over)) {}
+RestartProgress::RestartProgress(wxWindow& window, AfterRestart after, std::function<void()> over)
+    : window_(window), after_(after), over_(std::move(over)) {}
 
 void RestartProgress::OnRestartProgress(int state) {
   calls_.Run([this, state] { Handle(state); });
@@ -15,19 +15,20 @@ void RestartProgress::OnRestartProgress(int state) {
 
 void RestartProgress::ShowRestartMessage(const std::wstring& text, RestartIcon icon) {
   const BoxIcon picture = icon == RestartIcon::kInformation ? BoxIcon::kInformation : BoxIcon::kNone;
-  calls_.Run([this, text, picture] { ShowBox(&window_, text, picture); });
+  calls_.Run([this, text, picture] { ShowBox(wxGetTopLevelParent(&window_), text, picture); });
 }
 
 void RestartProgress::Handle(int state) {
   switch (state) {
     case 0:
       window_.Disable();
-      if (!progress_) progress_ = std::make_unique<CProgressDialog>(&window_);
+      if (!progress_) progress_ = std::make_unique<CProgressDialog>(wxGetTopLevelParent(&window_));
       progress_->SetTitle("Restarting services...");
       progress_->Show();
       break;
     case 1:
       progress_.reset();
+      if (after_ == AfterRestart::kEnable) window_.Enable();
       break;
     case 2:
       over_();

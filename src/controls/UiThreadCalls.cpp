@@ -1,7 +1,5 @@
 #include "controls/UiThreadCalls.h"
 
-#include <utility>
-
 namespace qlx {
 
 UiThreadCalls::UiThreadCalls() {
@@ -16,15 +14,21 @@ void UiThreadCalls::Close() {
 }
 
 bool UiThreadCalls::Run(std::function<void()> call) {
-  std::future<bool> done;
-  {
-    const std::lock_guard guard(lock_);
-    if (closed_) return false;
-    done = requests_.emplace_back(Request{std::move(call), {}}).done.get_future();
-    // Queued under the lock: the handler cannot go away between the check and this line.
-    handler_.QueueEvent(new wxThreadEvent);
+  return Enqueue(std::move(call)).get();
+}
+
+std::future<bool> UiThreadCalls::Enqueue(std::function<void()> call) {
+  const std::lock_guard guard(lock_);
+  Request request{std::move(call), {}};
+  std::future<bool> done = request.done.get_future();
+  if (closed_) {
+    request.done.set_value(false);
+    return done;
   }
-  return done.get();
+  requests_.push_back(std::move(request));
+  // Queued under the lock: the handler cannot go away between the check and this line.
+  handler_.QueueEvent(new wxThreadEvent);
+  return done;
 }
 
 void UiThreadCalls::ServeOne() {

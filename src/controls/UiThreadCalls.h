@@ -5,6 +5,7 @@
 #include <functional>
 #include <future>
 #include <mutex>
+#include <utility>
 
 #include <wx/event.h>
 
@@ -26,12 +27,18 @@ class UiThreadCalls {
   /// when it is over. False when Close came first. Must not be called on the user-interface thread.
   bool Run(std::function<void()> call);
 
+  /// From any thread: has `call` run on the user-interface thread, in the order of the requests, and does not
+  /// wait for it. Nothing after Close.
+  void Post(std::function<void()> call) { Enqueue(std::move(call)); }
+
  private:
   struct Request {
     std::function<void()> call;
     std::promise<bool> done;
   };
 
+  /// Becomes true once the call has run, false when Close came first.
+  std::future<bool> Enqueue(std::function<void()> call);
   void ServeOne();
 
   wxEvtHandler handler_;

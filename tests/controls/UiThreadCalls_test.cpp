@@ -67,5 +67,27 @@ TEST(UiThreadCalls, AfterTheCloseACallReturnsAtOnce) {
   EXPECT_FALSE(ran);
 }
 
+TEST(UiThreadCalls, APostedCallIsNotWaitedForAndRunsInItsTurn) {
+  UiThreadCalls calls;
+  std::vector<int> order;
+  std::atomic<bool> posted = false;
+  std::thread([&] {
+    for (int i = 0; i < 3; ++i) calls.Post([&order, i] { order.push_back(i); });
+    posted = true;
+  }).join();
+  EXPECT_TRUE(posted);
+  EXPECT_TRUE(order.empty());
+  EXPECT_TRUE(ServeUntil([&] { return order.size() == 3; }));
+  EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+}
+
+TEST(UiThreadCalls, APostedCallIsForgottenByTheClose) {
+  UiThreadCalls calls;
+  calls.Post([] { ADD_FAILURE() << "ran after the close"; });
+  calls.Close();
+  calls.Post([] { ADD_FAILURE() << "was taken after the close"; });
+  wxTheApp->ProcessPendingEvents();
+}
+
 }  // namespace
 }  // namespace qlx

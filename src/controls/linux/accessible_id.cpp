@@ -7,8 +7,12 @@
 namespace qlx {
 namespace {
 
+/// Of the widget that the user meets: a list or a text of many lines lies in one that only scrolls it.
 AtkObject* AccessibleOf(wxWindow& window) {
-  return window.GetHandle() != nullptr ? gtk_widget_get_accessible(GTK_WIDGET(window.GetHandle())) : nullptr;
+  if (window.GetHandle() == nullptr) return nullptr;
+  GtkWidget* widget = GTK_WIDGET(window.GetHandle());
+  if (GTK_IS_SCROLLED_WINDOW(widget)) widget = gtk_bin_get_child(GTK_BIN(widget));
+  return gtk_widget_get_accessible(widget);
 }
 
 }  // namespace

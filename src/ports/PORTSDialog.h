@@ -1,0 +1,63 @@
+// The COM Ports page.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include <wx/button.h>
+#include <wx/notebook.h>
+
+#include "config/FatalEnd.h"
+#include "controls/ReportList.h"
+#include "controls/RestartProgress.h"
+#include "controls/SettingsPage.h"
+#include "ports/PORTSSettings.h"
+#include "ports/UsbDevices.h"
+#include "services/ServiceRestart.h"
+
+namespace qlx {
+
+/// One row a device kind. Finds the ports once, when it is initialised.
+class PORTSDialog : public SettingsPage {
+ public:
+  PORTSDialog(wxNotebook* tabs, FatalEnd end_program);
+  PORTSDialog(const PORTSDialog&) = delete;
+  PORTSDialog& operator=(const PORTSDialog&) = delete;
+  ~PORTSDialog() override;
+
+  void Initialise(ConfigDocument* document, bool editable) override;
+  void SaveToData() override;
+
+  /// While a restart that began here goes on.
+  bool restarting() const { return restart_.running(); }
+
+ private:
+  void LayOut();
+  void BindEvents();
+  void Fill();
+  void UpdateButtons();
+  std::optional<DeviceKind> SelectedKind() const;
+
+  void Configure();
+  void Demo();
+  void OpenDemo();
+  void ClearAll();
+  void Apply();
+  void OnRestarted();
+
+  FatalEnd end_program_;
+  SupportedDevices supported_;
+  UsbDevices devices_;
+  PORTSSettings settings_;
+  ConfigDocument* document_ = nullptr;
+  bool editable_ = true;
+  std::unique_ptr<ReportList> list_;
+  wxButton* configure_ = nullptr;
+  wxButton* demo_ = nullptr;
+  wxButton* clear_all_ = nullptr;
+  wxButton* apply_ = nullptr;
+  RestartProgress restart_progress_;
+  ServiceRestart restart_;
+};
+
+}  // namespace qlx
