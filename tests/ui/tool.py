@@ -116,13 +116,16 @@ class Tool:
             f"window {title!r}",
         )
 
-    def main_window(self):
-        """The main window, once keys reach it: without a window manager they go where the mouse is."""
-        window = self.window("Quillon Configuration Tool")
+    def active_window(self, title):
+        """A window once keys reach it: without a window manager they go where the mouse is."""
+        window = self.window(title)
         extents = window.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         xdotool("mousemove", extents.x + extents.width // 2, extents.y + extents.height // 2)
-        wait_for(lambda: pyatspi.STATE_ACTIVE in states(window), "the window to be active")
+        wait_for(lambda: pyatspi.STATE_ACTIVE in states(window), f"window {title!r} to be active")
         return window
+
+    def main_window(self):
+        return self.active_window("Quillon Configuration Tool")
 
     def window_titles(self):
         """The titles of the program's windows; for a message box the accessibility tree does not tell it."""
@@ -225,6 +228,43 @@ class Tool:
             xdotool("key", "Down")
             wait_for(lambda last=last: self.chosen(number) != last, f"list {number} to move on from {last!r}")
         raise AssertionError(f"list {number} has no item {item!r}")
+
+    def pick(self, number, item):
+        """Chooses an item of a drop-down list as a screen reader does."""
+        items = [c for c in descendants(self.control(number)) if c.getRoleName() == "menu item" and c.name == item]
+        if not items:
+            raise AssertionError(f"list {number} has no item {item!r}")
+        items[0].queryAction().doAction(0)
+        wait_for(lambda: self.chosen(number) == item, f"list {number} to show {item!r}")
+
+    def items(self, number):
+        """The items of a drop-down list."""
+        return [c.name for c in descendants(self.control(number)) if c.getRoleName() == "menu item"]
+
+    # Lists
+
+    def rows(self, number):
+        """The texts of a list, row by row."""
+
+        def text(cell):
+            cell.clearCache()  # the bus tells of changed names only to those who listen all the time
+            return cell.name
+
+        table = self.control(number).queryTable()
+        columns = range(table.nColumns)
+        return [[text(table.getAccessibleAt(row, column)) for column in columns] for row in range(table.nRows)]
+
+    def cell(self, number, row):
+        return self.control(number).queryTable().getAccessibleAt(row, 0)
+
+    def select(self, number, row):
+        """Clicks on a row and waits until it is the selected one."""
+        self.click_on(self.cell(number, row))
+        wait_for(lambda: pyatspi.STATE_SELECTED in states(self.cell(number, row)), f"row {row} to be selected")
+
+    def double_click(self, number, row):
+        self.select(number, row)
+        xdotool("click", "--repeat", 2, "--delay", 50, 1)
 
     @staticmethod
     def type(text):

@@ -35,7 +35,10 @@ class DataViewList final : public ReportList {
   }
 
   void SetCell(int row, int column, const std::wstring& text) override {
-    list_->SetTextValue(text, static_cast<unsigned>(row), static_cast<unsigned>(column));
+    wxDataViewListStore& store = *list_->GetStore();
+    store.SetValueByRow(wxString(text), static_cast<unsigned>(row), static_cast<unsigned>(column));
+    // A changed value alone would be painted, but a screen reader would go on with the old one.
+    store.RowChanged(static_cast<unsigned>(row));
   }
 
   std::optional<int> SelectedRow() const override {
