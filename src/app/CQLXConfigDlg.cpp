@@ -43,7 +43,7 @@ CQLXConfigDlg::CQLXConfigDlg()
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMINIMIZE_BOX),
       tabs_(new wxNotebook(this, kTabControl)),
       editable_(platform::MayChangeSettings()),
-      restart_progress_(*this, AfterRestart::kStayDisabled, [this] { EndModal(wxID_CANCEL); }),
+      restart_progress_(*this, nullptr, [this] { EndModal(wxID_CANCEL); }),
       restart_(platform::OpenServiceManager, restart_progress_, RestartEnd::kAlways) {
   SetIcons(ProgramIcons());
   MakePages();

@@ -6,8 +6,8 @@
 
 namespace qlx {
 
-RestartProgress::RestartProgress(wxWindow& window, AfterRestart after, std::function<void()> over)
-    : window_(window), after_(after), over_(std::move(over)) {}
+RestartProgress::RestartProgress(wxWindow& window, wxWindow* focus_after, std::function<void()> over)
+    : window_(window), focus_after_(focus_after), over_(std::move(over)) {}
 
 void RestartProgress::OnRestartProgress(int state) {
   calls_.Run([this, state] { Handle(state); });
@@ -28,7 +28,10 @@ void RestartProgress::Handle(int state) {
       break;
     case 1:
       progress_.reset();
-      if (after_ == AfterRestart::kEnable) window_.Enable();
+      if (focus_after_ != nullptr) {
+        window_.Enable();
+        focus_after_->SetFocus();
+      }
       break;
     case 2:
       over_();

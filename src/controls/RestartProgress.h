@@ -12,16 +12,14 @@
 
 namespace qlx {
 
-/// What becomes of the disabled window when the work is done.
-enum class AfterRestart { kStayDisabled, kEnable };
-
 /// Puts a restart worker's reports before the user: progress 0 disables `window` and shows the progress
-/// window, progress 1 takes that away and enables `window` or does not, messages come as boxes over its
-/// top-level window. `over` is called at progress 2. Lives on the user-interface thread; declare it before
-/// the ServiceRestart that reports to it and call Release before that one is destroyed.
+/// window, progress 1 takes that away, messages come as boxes over the top-level window of `window`, and
+/// `over` is called at progress 2. At progress 1 `window` is enabled again and `focus_after` gets the focus;
+/// without a `focus_after` it stays disabled. Lives on the user-interface thread; declare it before the
+/// ServiceRestart that reports to it and call Release before that one is destroyed.
 class RestartProgress : public RestartTarget {
  public:
-  RestartProgress(wxWindow& window, AfterRestart after, std::function<void()> over);
+  RestartProgress(wxWindow& window, wxWindow* focus_after, std::function<void()> over);
 
   void OnRestartProgress(int state) override;
   void ShowRestartMessage(const std::wstring& text, RestartIcon icon) override;
@@ -33,7 +31,7 @@ class RestartProgress : public RestartTarget {
   void Handle(int state);
 
   wxWindow& window_;
-  AfterRestart after_;
+  wxWindow* focus_after_;
   std::function<void()> over_;
   std::unique_ptr<CProgressDialog> progress_;
   UiThreadCalls calls_;

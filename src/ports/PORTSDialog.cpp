@@ -44,7 +44,8 @@ PORTSDialog::PORTSDialog(wxNotebook* tabs, FatalEnd end_program)
       supported_(kSupportedDevices),
       devices_(platform::BindHidLibrary(), supported_),
       settings_({}),
-      restart_progress_(*tabs, AfterRestart::kEnable, [this] { OnRestarted(); }),
+      list_(MakeReportList(this, kList)),
+      restart_progress_(*tabs, &list_->window(), [this] { OnRestarted(); }),
       restart_(platform::OpenServiceManager, restart_progress_, RestartEnd::kOnSuccess) {
   LayOut();
   BindEvents();
@@ -55,7 +56,6 @@ PORTSDialog::~PORTSDialog() {
 }
 
 void PORTSDialog::LayOut() {
-  list_ = MakeReportList(this, kList);
   for (const Column& column : kColumns) list_->AddColumn(column.title, column.width);
   for (const char* row : kRows) list_->AddRow(row);
   SetAccessibleName(list_->window(), "Devices");

@@ -54,7 +54,7 @@ TEST_F(RestartWindowTest, TheProgressWindowCannotBeClosedByTheUser) {
 }
 
 TEST_F(RestartWindowTest, State0DisablesTheWindowAndShowsOneProgressWindow) {
-  RestartProgress progress(*frame_, AfterRestart::kStayDisabled, [] {});
+  RestartProgress progress(*frame_, nullptr, [] {});
   Report(progress, {0, 0});
   EXPECT_FALSE(frame_->IsEnabled());
   ASSERT_EQ(Open().size(), 1U);
@@ -62,14 +62,14 @@ TEST_F(RestartWindowTest, State0DisablesTheWindowAndShowsOneProgressWindow) {
 }
 
 TEST_F(RestartWindowTest, State1TakesTheProgressWindowAwayAndLeavesTheWindowDisabled) {
-  RestartProgress progress(*frame_, AfterRestart::kStayDisabled, [] {});
+  RestartProgress progress(*frame_, nullptr, [] {});
   Report(progress, {0, 1, 1});
   EXPECT_TRUE(Open().empty());
   EXPECT_FALSE(frame_->IsEnabled());
 }
 
 TEST_F(RestartWindowTest, State1EnablesAWindowThatIsToGoOn) {
-  RestartProgress progress(*frame_, AfterRestart::kEnable, [] {});
+  RestartProgress progress(*frame_, frame_, [] {});
   Report(progress, {0});
   EXPECT_FALSE(frame_->IsEnabled());
   Report(progress, {1});
@@ -78,13 +78,13 @@ TEST_F(RestartWindowTest, State1EnablesAWindowThatIsToGoOn) {
 
 TEST_F(RestartWindowTest, State2IsHandedToTheOwner) {
   int over = 0;
-  RestartProgress progress(*frame_, AfterRestart::kStayDisabled, [&] { ++over; });
+  RestartProgress progress(*frame_, nullptr, [&] { ++over; });
   Report(progress, {2});
   EXPECT_EQ(over, 1);
 }
 
 TEST_F(RestartWindowTest, AnOwnerThatGoesAwayWhileAWorkerReportsLetsTheWorkerEnd) {
-  auto progress = std::make_unique<RestartProgress>(*frame_, AfterRestart::kStayDisabled, [] {});
+  auto progress = std::make_unique<RestartProgress>(*frame_, nullptr, [] {});
   std::thread worker([&target = *progress] { target.OnRestartProgress(0); });
   progress->Release();
   worker.join();

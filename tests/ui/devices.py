@@ -59,6 +59,10 @@ class Ports:
         self.environment = {"QUILLON_PORT_DIR": self.directory}
         self.ports = {name: Port(self.directory, name) for name in names}
 
+    def plug(self, name):
+        """Puts a new device behind a port whose device was unplugged."""
+        self.ports[name] = Port(self.directory, name)
+
     def __getitem__(self, name):
         return self.ports[name]
 

@@ -3,7 +3,10 @@
 import os
 import unittest
 
+from devices import Ports
 from pages_test import LOGGING_TAB_ORDER
+from ports_test import ports_file
+from tool import wait_for
 from window_case import WindowCase, complete_file
 
 NO_RIGHTS = (
@@ -31,6 +34,21 @@ class ReadOnly(WindowCase):
         self.assertEqual(tool.text(1022), "4000")
         self.assertFalse(tool.checked(1021))
         self.assertFalse(tool.enabled(1031))
+
+    def test_ports_stay_as_they_are_and_the_demo_works(self):
+        ports = Ports("COM3")
+        self.addCleanup(ports.close)
+        self.installation.write(ports_file("<MSR_USB>COM3</MSR_USB>"))
+        tool = self.start({"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", **ports.environment})
+        tool.answer("OK", NO_RIGHTS)
+        tool.main_window()
+        tool.select(1056, 0)
+        wait_for(lambda: tool.enabled(1060), "the demo")
+        self.assertFalse(any(tool.enabled(number) for number in (1058, 1030, 1027)))
+        tool.click(1060)
+        tool.window("MSR Demo")
+        ports["COM3"].send(b"card")
+        wait_for(lambda: "4 Byte(s) Received:\ncard" in tool.text(1065), "the card")
 
     def test_what_a_load_enables_stays_grey(self):
         keys = {"Head_Wrapper": "head", "CR_Enabled": "true", "Track2_CR_Enabled": "true"}

@@ -1,9 +1,10 @@
 """What the tests of the running window share."""
 
 import os
+import subprocess
 import unittest
 
-from tool import Installation, Tool
+from tool import Installation, Tool, wait_for
 
 RESTART_QUESTION = (
     "Configuration file changed. You must restart the services for the configuration to take effect.\n\n"
@@ -33,6 +34,19 @@ class WindowCase(unittest.TestCase):
     def setUp(self):
         self.installation = Installation(os.environ["QLX_PROGRAM"])
         self.addCleanup(self.installation.close)
+
+    def start_window_manager(self):
+        """Until the test is over, windows have frames and get the focus as on a user's screen."""
+        manager = subprocess.Popen(["openbox"], stderr=subprocess.DEVNULL)
+        self.addCleanup(manager.wait)
+        self.addCleanup(manager.terminate)
+
+        def managed():
+            check = subprocess.run(
+                ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], capture_output=True, text=True, check=True)
+            return "window id" in check.stdout
+
+        wait_for(managed, "the window manager")
 
     def start(self, environment=None):
         """Starts the program without waiting for its window. No service manager answers unless one is given."""
