@@ -10,9 +10,10 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "sim/socket_address.h"
 
 namespace qlx::sim {
 namespace {
@@ -89,9 +90,7 @@ BusDaemon::BusDaemon(const std::filesystem::path& directory)
       settings_(directory / "bus.conf"),
       errors_(directory / "bus.errors"),
       address_(AddressOf(socket_)) {
-  if (socket_.native().size() >= sizeof(sockaddr_un::sun_path)) {
-    throw std::runtime_error("the path " + socket_.native() + " is too long for a socket");
-  }
+  SocketAddress(socket_);  // its path must have room in one
   std::string text = kSettings;
   text.replace(text.find("ADDRESS"), 7, address_);
   std::ofstream file(settings_);

@@ -26,7 +26,7 @@ int OnTimer(sd_event_source*, std::uint64_t, void* handler) {
   return Call(handler);
 }
 
-int OnDescriptor(sd_event_source*, int, std::uint32_t, void* handler) {
+int OnDescriptorReady(sd_event_source*, int, std::uint32_t, void* handler) {
   return Call(handler);
 }
 
@@ -83,9 +83,17 @@ EventSource EventLoop::After(std::chrono::milliseconds delay, Handler handler) {
 }
 
 EventSource EventLoop::OnReadable(int descriptor, Handler handler) {
+  return OnDescriptor(descriptor, EPOLLIN, std::move(handler));
+}
+
+EventSource EventLoop::OnWritable(int descriptor, Handler handler) {
+  return OnDescriptor(descriptor, EPOLLOUT, std::move(handler));
+}
+
+EventSource EventLoop::OnDescriptor(int descriptor, std::uint32_t events, Handler handler) {
   auto kept = std::make_unique<Handler>(std::move(handler));
   sd_event_source* source = nullptr;
-  Check(sd_event_add_io(event_, &source, descriptor, EPOLLIN, OnDescriptor, kept.get()));
+  Check(sd_event_add_io(event_, &source, descriptor, events, OnDescriptorReady, kept.get()));
   return {source, std::move(kept)};
 }
 

@@ -49,6 +49,8 @@ class EventLoop {
   [[nodiscard]] EventSource After(std::chrono::milliseconds delay, Handler handler);
   /// Calls `handler` as long as `descriptor` has something to read.
   [[nodiscard]] EventSource OnReadable(int descriptor, Handler handler);
+  /// Calls `handler` as long as `descriptor` has room for something written.
+  [[nodiscard]] EventSource OnWritable(int descriptor, Handler handler);
   /// Calls `handler` for the signal `number`, which every thread must have blocked.
   [[nodiscard]] EventSource OnSignal(int number, Handler handler);
 
@@ -56,6 +58,7 @@ class EventLoop {
 
  private:
   void RunPosted();
+  EventSource OnDescriptor(int descriptor, std::uint32_t events, Handler handler);
 
   sd_event* event_ = nullptr;
   int wake_ = -1;

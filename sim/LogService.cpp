@@ -11,6 +11,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "sim/printable.h"
+
 namespace qlx::sim {
 namespace {
 
@@ -19,21 +21,6 @@ constexpr std::size_t kMostClients = 64;
 constexpr std::size_t kLongestLine = 4096;
 /// How often a client is read at the end of the service, so that one that never stops cannot keep it up.
 constexpr int kLastReads = 64;
-
-/// `record` with every byte that is no printable ASCII character as \xNN, so that a line stays a line.
-std::string Printable(std::string_view record) {
-  constexpr const char* kDigits = "0123456789abcdef";
-  std::string text;
-  for (const char c : record) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte < 0x7F) {
-      text += c;
-    } else {
-      text += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
-    }
-  }
-  return text;
-}
 
 std::string ErrorText() {
   return std::strerror(errno);

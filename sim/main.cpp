@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -13,14 +14,19 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include "sim/Keyboard.h"
 #include "sim/Suite.h"
+#include "sim/control_client.h"
 #include "sim/options.h"
 
 namespace {
 
+using qlx::sim::AddControlOptions;
 using qlx::sim::AddOptions;
+using qlx::sim::ControlOptions;
 using qlx::sim::EventLoop;
 using qlx::sim::EventSource;
+using qlx::sim::Keyboard;
 using qlx::sim::Suite;
 using qlx::sim::SuiteOptions;
 
@@ -35,6 +41,7 @@ std::vector<EventSource> EndOnSignals(EventLoop& loop) {
     sources.push_back(loop.OnSignal(number, [&loop] { loop.Stop(); }));
   }
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGTTIN, SIG_IGN);  // in the background the keyboard is somebody else's
   return sources;
 }
 
@@ -78,22 +85,39 @@ void Run(SuiteOptions& options) {
   EventLoop loop;
   const std::vector<EventSource> signals = EndOnSignals(loop);
   const auto say = [](const std::string& line) { std::cout << line << std::endl; };
-  const Suite suite(loop, options, say);
+  Suite suite(loop, options, say);
   const EnvironmentFile environment(options.directory / "environment", suite.Environment());
   std::cout << suite.Environment();
   say("ready");
+  std::optional<Keyboard> keyboard;
+  if (isatty(STDIN_FILENO) == 1) {
+    keyboard.emplace(loop, STDIN_FILENO, [&suite](const std::string& line) { return suite.Execute(line); });
+  }
   loop.Run();
+}
+
+/// The exit code that tells whether the command was done.
+int Ask(const ControlOptions& options) {
+  const std::string answer = qlx::sim::AskSimulator(options.socket, options.Command());
+  const bool done = qlx::sim::IsOk(answer);
+  (done ? std::cout : std::cerr) << answer;
+  return done ? 0 : 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Plays the Quillon suite: a private system bus with its services, and the log service.",
-               "qlxsim");
+  CLI::App app(
+      "Plays the Quillon suite: a private system bus with its services, the log service, and the "
+      "devices on their virtual ports.",
+      "qlxsim");
   SuiteOptions options;
+  ControlOptions control;
   AddOptions(app, options);
+  AddControlOptions(app, control);
   CLI11_PARSE(app, argc, argv);
   try {
+    if (!control.socket.empty()) return Ask(control);
     Run(options);
   } catch (const std::exception& failure) {
     std::cerr << "qlxsim: " << failure.what() << std::endl;
