@@ -12,6 +12,25 @@ sys.path.insert(0, os.path.join(TREE, "tests", "ui"))
 from tool import Tool, screenshot, wait_for  # noqa: E402  the path is set above
 
 
+SIMULATOR = os.path.join(TREE, "build", "linux-release", "bin", "qlxsim")
+LIST = 1056
+MSR, DISPLAY, IBUTTON, DRAWERS, _, PCI_DRAWER, PRINTER = range(7)
+OTHER_PORTS = [
+    (MSR, "MSR", "COM3"),
+    (DISPLAY, "Line Display", "COM4"),
+    (IBUTTON, "iButton", "COM5"),
+    (PCI_DRAWER, "Cash Drawer (PCI)", "COM7"),
+    (PRINTER, "Printer", "COM8"),
+]
+DEMOS = [
+    (DISPLAY, "Line Display Demo", [1067], "HARLUNE TEST"),
+    (IBUTTON, "iButton Demo", ["touch 1122334455667788"], "Byte(s) Received:"),
+    (DRAWERS, "Cash Drawer Demo", [1067, 1069], "<Cash Drawer 2 is Opened.>"),
+    (PCI_DRAWER, "Cash Drawer Demo", [1069], "<Cash Drawer 1 is Closed.>"),
+    (PRINTER, "Printer Demo", [1067], "<COM Port Opened>"),
+]
+
+
 class Tour:
     """Drives the program and numbers the pictures."""
 
@@ -58,9 +77,61 @@ class Tour:
         self.tool.click(1024)
         self.tool.answer("OK", "MSR settings saved.")
 
+    def configure(self, row, title, port, devices=()):
+        """Binds a row to a port, and the lists of devices to their items."""
+        self.tool.select(LIST, row)
+        self.tool.click(1058)
+        self.tool.active_window(title)
+        self.tool.pick(1051, port)
+        for number, item in devices:
+            self.tool.pick(number, item)
+
+    def bind_ports(self):
+        self.tool.tab("COM Ports")
+        self.configure(DRAWERS, "Cash Drawer (USB) Configuration", "COM6", [(1061, "a"), (1062, "b")])
+        self.picture("drawers-chosen")
+        self.tool.click(1)
+        self.tool.main_window()
+        for row, title, port in OTHER_PORTS:
+            self.configure(row, title + " Configuration", port)
+            self.tool.click(1)
+            self.tool.main_window()
+        self.picture("ports-bound")
+
+    def try_devices(self):
+        """The first demo restarts the services; from then on each device is there."""
+        self.open_demo(MSR)
+        self.tool.answer("Yes")
+        wait_for(lambda: self.tool.box_text().startswith("Quillon services restarted."), "the end of the restart")
+        self.picture("restarted-before-the-demo")
+        self.tool.answer("OK")
+        self.demo("MSR Demo", ["swipe"], "Byte(s) Received:")
+        for row, title, commands, shown in DEMOS:
+            self.open_demo(row)
+            self.demo(title, commands, shown)
+
+    def open_demo(self, row):
+        self.tool.select(LIST, row)
+        self.tool.click(1060)
+
+    def demo(self, title, steps, shown):
+        """Steps are numbers of buttons and commands to the simulated devices."""
+        self.tool.active_window(title)
+        for step in steps:
+            if isinstance(step, int):
+                self.tool.click(step)
+            else:
+                subprocess.run([SIMULATOR, "--control", os.environ["QLXSIM_CONTROL"], *step.split()], check=True)
+        wait_for(lambda: shown in self.tool.text(1065), f"{shown!r} in the demo")
+        self.picture(title.lower().replace(" ", "-"))
+        self.tool.key("Escape")
+        self.tool.main_window()
+
     def visit(self):
         self.tool.main_window()
         self.picture("start")
+        self.bind_ports()
+        self.try_devices()
         self.change_logging()
         self.change_msr()
         self.tool.click(1031)

@@ -25,7 +25,7 @@ constexpr int kCloseButton = 1;
 
 // Thirty times a second looks immediate, and leaves the window its time however fast a device sends.
 constexpr int kPauseMs = 33;
-constexpr std::size_t kEventsATime = 16;
+constexpr std::size_t kBytesATime = 32 * 1024;
 
 constexpr int kColumns = 58;
 constexpr int kRows = 18;
@@ -145,7 +145,7 @@ void DemoDialog::Send(const DemoCommand& command) {
 
 void DemoDialog::ShowWaiting() {
   if (pause_.IsRunning()) return;
-  const std::vector<SessionEvent> events = session_.Take(kEventsATime);
+  const std::vector<SessionEvent> events = session_.Take(kBytesATime);
   if (events.empty()) return;
   Append(events);
   pause_.StartOnce(kPauseMs);

@@ -1,7 +1,5 @@
 #include "demo/SerialSession.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace qlx {
@@ -54,11 +52,13 @@ void SerialSession::Send(const DemoCommand& command) {
   }
 }
 
-std::vector<SessionEvent> SerialSession::Take(std::size_t most) {
+std::vector<SessionEvent> SerialSession::Take(std::size_t size) {
+  std::vector<SessionEvent> taken;
   const std::lock_guard guard(lock_);
-  const auto end = events_.begin() + static_cast<std::ptrdiff_t>(std::min(most, events_.size()));
-  std::vector<SessionEvent> taken(std::move_iterator(events_.begin()), std::move_iterator(end));
-  events_.erase(events_.begin(), end);
+  for (std::size_t held = 0; held < size && !events_.empty(); events_.pop_front()) {
+    held += std::visit([](const auto& event) { return event.size(); }, events_.front());
+    taken.push_back(std::move(events_.front()));
+  }
   room_.notify_one();
   return taken;
 }

@@ -37,8 +37,9 @@ class SerialSession {
   /// is tried; after Stop the rest is left.
   void Send(const DemoCommand& command);
 
-  /// The oldest events, at most `most` of them.
-  std::vector<SessionEvent> Take(std::size_t most);
+  /// The oldest events, until they hold `size` bytes and characters together; at least one where there is
+  /// any.
+  std::vector<SessionEvent> Take(std::size_t size);
 
   /// Ends the reader and a Send that waits; they are left to end by themselves.
   void Stop();

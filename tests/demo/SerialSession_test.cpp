@@ -34,7 +34,7 @@ class SessionOnAScript : public ::testing::Test {
   }
 
   void Collect() {
-    for (const SessionEvent& event : session_.Take(1000)) {
+    for (const SessionEvent& event : session_.Take(1 << 20)) {
       if (const auto* line = std::get_if<std::wstring>(&event)) {
         shown_.push_back(*line);
       } else {
@@ -175,8 +175,17 @@ TEST_F(SessionOnAScript, WakesOnceForManyEventsThatNobodyHasTaken) {
   session_.Open(L"");
   session_.Open(L"");
   EXPECT_EQ(wakes_.count, 1);
-  EXPECT_EQ(session_.Take(2).size(), 2U);
-  EXPECT_EQ(session_.Take(2).size(), 1U);
+  EXPECT_EQ(session_.Take(1 << 20).size(), 3U);
+}
+
+TEST_F(SessionOnAScript, IsTakenInPortionsOfAboutTheSizeAskedFor) {
+  script_->reads = {{.bytes = std::string(100, 'a')}, {.bytes = std::string(100, 'b')}, {.bytes = "c"}};
+  session_.Open(L"COM5");
+  script_->AwaitRead(4);
+  EXPECT_EQ(session_.Take(1).size(), 1U) << "at least one";
+  EXPECT_EQ(session_.Take(101).size(), 2U) << "the last one whole";
+  EXPECT_EQ(session_.Take(101).size(), 1U);
+  EXPECT_EQ(session_.Take(101).size(), 0U);
 }
 
 TEST_F(SessionOnAScript, AfterClosingNothingIsSent) {
