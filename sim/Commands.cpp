@@ -224,11 +224,11 @@ Refusal Commands::Garbage(const Arguments& arguments) {
     return ports_.Send(kind, bytes);
   };
   if (words.size() == 2) return WithKind(words[1], send);
-  Refusal first = "no device is on a port";
   for (const KindFacts& facts : kKinds) {
-    if (ports_.WhyMute(facts.kind).empty()) first = send(facts.kind);
+    if (!ports_.WhyMute(facts.kind).empty()) continue;
+    if (Refusal refusal = send(facts.kind); !refusal.empty()) return refusal;
   }
-  return first;
+  return {};
 }
 
 Refusal Commands::Flood(const Arguments& arguments) {

@@ -29,10 +29,10 @@ struct MsrSettings {
 struct IButtonSettings {
   std::size_t start = 1;    ///< first digit of the identifier, 1 to 16
   std::size_t length = 16;  ///< digits, 1 to 16
-  std::string prefix;
-  std::string suffix;
-  std::string delimiter;
-  std::string on_remove;
+  std::string prefix{};
+  std::string suffix{};
+  std::string delimiter{};
+  std::string on_remove{};
 };
 
 struct DeviceSettings {

@@ -1,11 +1,16 @@
 import os
+import shutil
+import unittest
 
 from planted_tree import HOUSE, PlantedTree
 
 STAND_IN = """#!/bin/bash
 while [ $# -gt 0 ]; do declare "${1#--}=$2"; shift 2; done
 trap 'echo ended; exit 0' TERM
-echo "export DBUS_SYSTEM_BUS_ADDRESS=unix:path=$dir/bus" >"$dir/environment"
+cat >"$dir/environment" <<END
+export DBUS_SYSTEM_BUS_ADDRESS=unix:path=$dir/bus
+export QUILLON_PORT_DIR=$dir/ports
+END
 echo "config $config"
 echo ready
 while :; do sleep 0.05; done
@@ -34,6 +39,15 @@ class WithSimulator(PlantedTree):
         done = self.run_with("sh", "-c", "echo bus=$DBUS_SYSTEM_BUS_ADDRESS; exit 5")
         self.assertEqual(done.returncode, 5)
         self.assertIn(f"bus=unix:path={self.root}/qlxsim.", done.stdout)
+
+    def test_the_command_sees_the_simulated_ports(self):
+        done = self.run_with("sh", "-c", "echo ports=$QUILLON_PORT_DIR")
+        self.assertIn(f"ports={self.root}/qlxsim.", done.stdout)
+
+    @unittest.skipUnless(shutil.which("umockdev-run"), "umockdev-run is not installed")
+    def test_the_command_sees_the_simulated_usb_devices(self):
+        done = self.run_with("cat", "/sys/class/hidraw/hidraw0/device/uevent")
+        self.assertIn("HID_ID=0003:00001209:00000001", done.stdout)
 
     def test_the_simulator_is_given_the_installations_configuration(self):
         self.run_with("true")
