@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 
 #include "sim/ControlSocket.h"
 #include "sim/control_client.h"
@@ -21,6 +22,8 @@ class LineClient {
  public:
   explicit LineClient(const std::filesystem::path& path)
       : socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    const timeval limit{10, 0};
+    setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     const sockaddr_un address = SocketAddress(path);
     connected_ = connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   }

@@ -61,7 +61,7 @@ TEST_F(LineDisplayTest, IgnoresOtherControlBytesAndUnknownCommands) {
       "\0A\x1F\x10"
       "B\x1F\x1F\x10\x04"
       "C\xFF\x80",
-      13);
+      12);
   EXPECT_EQ(Write(bytes), "line display: [C                   ] [                    ]");
 }
 
