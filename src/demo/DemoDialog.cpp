@@ -25,7 +25,7 @@ constexpr int kCloseButton = 1;
 
 // Thirty times a second looks immediate, and leaves the window its time however fast a device sends.
 constexpr int kPauseMs = 33;
-constexpr std::size_t kBytesATime = 32 * 1024;
+constexpr std::size_t kBytesATime = 16 * 1024;
 
 constexpr int kColumns = 58;
 constexpr int kRows = 18;

@@ -147,6 +147,7 @@ TEST_F(Conversation, ClosingInMidFloodLeavesNoThread) {
   const auto threads = [] {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
   };
+  std::thread([] {}).join();  // a sanitizer's own thread begins with the first of ours
   const auto before = threads();
   ASSERT_TRUE(session_.Open(L"COM5"));
   std::atomic<bool> over = false;
