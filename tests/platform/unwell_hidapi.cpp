@@ -30,5 +30,5 @@ void hid_free_enumeration(hid_device_info*) {}
 
 const wchar_t* hid_error(hid_device*) {
   if (Fails("message")) return nullptr;
-  return Fails("nothing") ? L"No HID devices found in the system." : L"Couldn't create udev context";
+  return Fails("enumerate") ? L"Couldn't create udev context" : L"No HID devices found in the system.";
 }
