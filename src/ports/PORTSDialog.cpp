@@ -41,7 +41,7 @@ constexpr wchar_t kRestartQuestion[] =
 PORTSDialog::PORTSDialog(wxNotebook* tabs, FatalEnd end_program)
     : SettingsPage(tabs),
       end_program_(std::move(end_program)),
-      supported_(kSupportedDevices),
+      supported_(InstalledSupportedDevices()),
       devices_(platform::BindHidLibrary(), supported_),
       settings_({}),
       list_(MakeReportList(this, kList)),

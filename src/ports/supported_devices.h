@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <string>
 
 namespace qlx {
 
@@ -16,6 +18,8 @@ struct SupportedDevices {
   bool HoldsBothDrawers(std::uint16_t product) const {
     return product == products[1] || product == products[3];
   }
+
+  bool operator==(const SupportedDevices&) const = default;
 };
 
 /// Neutral values from ranges kept for testing: the maker's to fill in.
@@ -24,5 +28,17 @@ inline constexpr SupportedDevices kSupportedDevices = {
     {0x0001, 0x0002, 0x0003, 0x0004, 0x0005, 0x0006, 0x0007, 0x0008, 0x0009, 0x000A, 0x000B, 0x000C, 0x000D,
      0x000E, 0x000F, 0x0010},
 };
+
+/// Takes what is wrong with a file, in words for the log.
+using Complain = std::function<void(const std::string& complaint)>;
+
+/// The maker's file `supported_devices` in `directory` (which ends in a separator): one XML element
+/// `supported_devices` whose attributes V1, V2 and P1 to P16 hold "0x" and four hexadecimal digits. An
+/// identifier that it does not give so stays that of kSupportedDevices and is complained of. Without the file
+/// all of them stay, and there is nothing to complain of.
+SupportedDevices ReadSupportedDevices(const std::wstring& directory, const Complain& complain);
+
+/// Those of the suite's settings directory; complaints go to the log.
+SupportedDevices InstalledSupportedDevices();
 
 }  // namespace qlx

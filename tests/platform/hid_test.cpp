@@ -1,10 +1,13 @@
 #include "platform/hid.h"
 
 #include <algorithm>
-#include <cwchar>
+#include <clocale>
+#include <filesystem>
 #include <vector>
 
 #include <gmock/gmock.h>
+#include <stdlib.h>
+#include <unistd.h>
 
 #include "platform/linux/hidapi_library.h"
 #include "tests/support/HidTestbed.h"
@@ -87,10 +90,46 @@ TEST_F(MockedDevices, TextsEndWhereABufferOf256BytesDoes) {
   EXPECT_EQ(found[0].name, std::wstring(127, 'x'));
 }
 
-TEST_F(MockedDevices, ADeviceThatMayNotBeOpenedIsFoundAllTheSame) {
+TEST_F(MockedDevices, TextsAreCutByUtf16CodeUnitsAndSplitNoCharacter) {
+  std::setlocale(LC_CTYPE, "C.UTF-8");  // hidapi converts by the locale, which the tool has from its toolkit
+  std::string till;
+  for (int i = 0; i < 100; ++i) till += "\xF0\x9F\x92\xB6";  // two code units each
+  bed_.Plug("1209 0001 FF45:5400 CD0001 " + till + "\n");
+  const auto found = Walk();
+  std::setlocale(LC_CTYPE, "C");
+  ASSERT_THAT(found, SizeIs(1));
+  EXPECT_EQ(found[0].name, std::wstring(63, L'\U0001F4B6'));
+}
+
+TEST_F(MockedDevices, ADeviceWithoutANodeIsFoundAllTheSame) {
   bed_.Plug("1209 0001 FF45:5400 CD0001 'Cash Drawer'\n");
   ASSERT_TRUE(std::filesystem::remove(bed_.RootPath("dev/hidraw0")));
   EXPECT_THAT(Walk(), SizeIs(1));
+}
+
+TEST_F(MockedDevices, ADeviceThatThisUserMayNotOpenIsFoundAllTheSame) {
+  bed_.Plug("1209 0001 FF45:5400 CD0001 'Cash Drawer'\n");
+  const std::string node = bed_.RootPath("dev/hidraw0");
+  std::filesystem::permissions(bed_.RootPath(""), std::filesystem::perms(0755));
+  std::filesystem::permissions(node, std::filesystem::perms::none);
+  const uid_t user = geteuid();
+  if (user == 0) {
+    ASSERT_EQ(seteuid(65534), 0);
+  }
+  const bool refused = eaccess(node.c_str(), R_OK) != 0;
+  const auto found = Walk();
+  ASSERT_EQ(seteuid(user), 0);
+  EXPECT_TRUE(refused);
+  EXPECT_THAT(found, SizeIs(1));
+}
+
+TEST_F(MockedDevices, ADeviceThatVanishesWhileTheLibraryLooksIsLeftOut) {
+  bed_.Plug("1209 0001 FF45:5400 CD0001 Drawer\n1209 0002 FF45:5400 CD0002 Drawer\n");
+  // Its link in the class outlives it for a moment.
+  std::filesystem::remove_all(bed_.RootPath("sys/devices/pci0000:00/0000:00:14.0/usb1/1-1"));
+  const auto found = Walk();
+  ASSERT_THAT(found, SizeIs(1));
+  EXPECT_EQ(found[0].serial, L"CD0002");
 }
 
 TEST_F(MockedDevices, DevicesThatVanishDuringTheWalkAreLeftOut) {
@@ -107,8 +146,43 @@ TEST(HidBinding, WithoutTheLibraryThereIsNothingToBind) {
   EXPECT_EQ(BindHidApi("libqlx-no-such-library.so.0"), nullptr);
 }
 
-TEST(HidBinding, ALibraryThatLacksAFunctionIsNotBound) {
-  EXPECT_EQ(BindHidApi("libc.so.6"), nullptr);
+TEST(HidBinding, ALibraryThatLacksOneFunctionIsNotBound) {
+  for (const std::string lacking :
+       {"hid_init", "hid_exit", "hid_enumerate", "hid_free_enumeration", "hid_error"}) {
+    const std::string library = QLX_MODULES "/libhidapi_without_" + lacking + ".so";
+    ASSERT_TRUE(std::filesystem::exists(library)) << library;
+    EXPECT_EQ(BindHidApi(library.c_str()), nullptr) << lacking;
+  }
+}
+
+/// A library in the form of hidapi that fails at what the environment names.
+class AnUnwellLibrary : public ::testing::Test {
+ protected:
+  AnUnwellLibrary() { EXPECT_NE(library_, nullptr); }
+  ~AnUnwellLibrary() override { unsetenv("UNWELL_HIDAPI"); }
+
+  bool WalkEndsWell(const char* failing) {
+    setenv("UNWELL_HIDAPI", failing, 1);
+    return library_->Walk([](const HidDevice&) { ADD_FAILURE() << "there is no device"; });
+  }
+
+  std::unique_ptr<HidLibrary> library_ = BindHidApi(QLX_MODULES "/libunwell_hidapi.so");
+};
+
+TEST_F(AnUnwellLibrary, EndsTheWalkAbnormallyWhenItCannotStart) {
+  EXPECT_FALSE(WalkEndsWell("init"));
+}
+
+TEST_F(AnUnwellLibrary, EndsTheWalkAbnormallyWhenItCannotList) {
+  EXPECT_FALSE(WalkEndsWell("enumerate"));
+}
+
+TEST_F(AnUnwellLibrary, EndsTheWalkAbnormallyWhenItDoesNotSayWhyItListsNone) {
+  EXPECT_FALSE(WalkEndsWell("message"));
+}
+
+TEST_F(AnUnwellLibrary, EndsTheWalkWellWhenThereIsNoDevice) {
+  EXPECT_TRUE(WalkEndsWell("nothing"));
 }
 
 TEST(HidBinding, BindingAndLettingGoManyTimesWorks) {

@@ -1,5 +1,6 @@
 """The COM Ports page and the choice of USB devices in the running window."""
 
+import os
 import unittest
 import xml.etree.ElementTree as ElementTree
 
@@ -32,7 +33,11 @@ class PortsPage(WindowCase):
         """The program on ports COM3, COM6 and COM7."""
         self.ports = Ports("COM3", "COM6", "COM7")
         self.addCleanup(self.ports.close)
-        environment = {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", **self.ports.environment}
+        environment = {
+            "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
+            "QUILLON_SETTINGS": os.path.join(self.installation.directory, "quillon.conf"),
+            **self.ports.environment,
+        }
         if devices:
             self.usb = UsbDevices(devices)
             environment.update(self.usb.environment)
@@ -139,6 +144,23 @@ class Rows(PortsPage):
         tool.click(1031)
         tool.answer("OK", "All settings saved.")
         self.assertEqual(self.saved()[0][1], "")
+
+
+class MakersIdentifiers(PortsPage):
+    def test_a_makers_file_decides_which_devices_are_offered(self):
+        with open(os.path.join(self.installation.directory, "supported_devices"), "w", encoding="ascii") as file:
+            file.write('<supported_devices V1="0x4321"/>')
+        tool = self.open_page(devices=DRAWERS + "4321 0002 FF45:5400 ours 'Dual Drawer'\n")
+        self.configure(tool, DRAWER_1)
+        self.assertEqual(tool.items(DEVICE_1), ["Auto", "a", "b"])
+        self.assertTrue(tool.enabled(DEVICE_2))
+        offered = []
+        for item in ("a", "b"):
+            tool.pick(DEVICE_1, item)
+            offered.append(wait_for(lambda: tool.text(1054), "the identity"))
+            tool.pick(DEVICE_1, "Auto")
+            wait_for(lambda: tool.text(1054) == "", "no identity")
+        self.assertEqual(sorted(offered), ["CD0002", "ours"])
 
 
 class Binding(PortsPage):

@@ -11,6 +11,7 @@
 
 #include "platform/linux/hidapi_library.h"
 #include "platform/linux/report_descriptor.h"
+#include "platform/text.h"
 
 namespace qlx::platform {
 namespace {
@@ -27,6 +28,7 @@ struct Functions {
   decltype(&hid_exit) exit = nullptr;
   decltype(&hid_enumerate) enumerate = nullptr;
   decltype(&hid_free_enumeration) free_enumeration = nullptr;
+  decltype(&hid_error) error = nullptr;
 };
 
 template <typename Function>
@@ -44,7 +46,7 @@ std::vector<std::uint8_t> ReportDescriptor(std::string_view device) {
 }
 
 std::wstring Text(const wchar_t* text) {
-  return text == nullptr ? std::wstring() : std::wstring(text).substr(0, kTextUnits);
+  return text == nullptr ? std::wstring() : std::wstring(Utf16Prefix(text, kTextUnits));
 }
 
 class HidApi final : public HidLibrary {
@@ -58,6 +60,7 @@ class HidApi final : public HidLibrary {
     if (functions_.init() != 0) return false;
     const std::unique_ptr<hid_device_info, decltype(functions_.free_enumeration)> all(
         functions_.enumerate(0, 0), functions_.free_enumeration);
+    if (!all) return FoundNone();
     // The library tells of nested collections too, one record after the other for each device.
     std::string_view last;
     for (const hid_device_info* record = all.get(); record != nullptr; record = record->next) {
@@ -70,6 +73,13 @@ class HidApi final : public HidLibrary {
   }
 
  private:
+  /// The library gives the same empty list for no device and for a failure; only its message tells them
+  /// apart.
+  bool FoundNone() const {
+    const wchar_t* const message = functions_.error(nullptr);
+    return message != nullptr && std::wstring_view(message).starts_with(L"No HID devices");
+  }
+
   static void Report(const hid_device_info& record, const std::function<void(const HidDevice&)>& found) {
     HidDevice device = {record.vendor_id, record.product_id,          record.usage_page,
                         record.usage,     Text(record.serial_number), Text(record.product_string)};
@@ -91,7 +101,8 @@ std::unique_ptr<HidLibrary> BindHidApi(const char* name) {
   Functions functions;
   if (!library || !Find(library, "hid_init", functions.init) || !Find(library, "hid_exit", functions.exit) ||
       !Find(library, "hid_enumerate", functions.enumerate) ||
-      !Find(library, "hid_free_enumeration", functions.free_enumeration)) {
+      !Find(library, "hid_free_enumeration", functions.free_enumeration) ||
+      !Find(library, "hid_error", functions.error)) {
     return nullptr;
   }
   return std::make_unique<HidApi>(std::move(library), functions);
