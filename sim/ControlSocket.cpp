@@ -42,9 +42,9 @@ Descriptor Listen(const std::filesystem::path& path) {
 
 }  // namespace
 
-ControlSocket::Client::Client(ControlSocket& owner, int number)
-    : socket(number),
-      outbox(owner.loop_, number, SendQuietly, kLongestAnswer, [this, &owner] { owner.Advance(*this); }) {}
+ControlSocket::Client::Client(ControlSocket& owner, int accepted)
+    : socket(accepted),
+      outbox(owner.loop_, accepted, SendQuietly, kLongestAnswer, [this, &owner] { owner.Advance(*this); }) {}
 
 ControlSocket::ControlSocket(EventLoop& loop, const std::filesystem::path& path, std::size_t longest_line,
                              Execute execute, Say say)

@@ -29,7 +29,7 @@ class ControlSocket {
 
  private:
   struct Client {
-    Client(ControlSocket& owner, int socket);
+    Client(ControlSocket& owner, int accepted);
 
     platform::Descriptor socket;
     std::string received;  ///< commands that wait and the beginning of one

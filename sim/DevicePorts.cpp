@@ -134,7 +134,7 @@ Refusal DevicePorts::Send(Kind kind, std::string_view bytes) {
   if (Refusal mute = WhyMute(kind); !mute.empty()) return mute;
   Port& port = *PortOf(kind);
   if (port.tty.Send(bytes)) return {};
-  const std::string dropped = std::to_string(bytes.size()) + " bytes dropped: nobody reads " + port.name;
+  std::string dropped = std::to_string(bytes.size()) + " bytes dropped: nobody reads " + port.name;
   say_(Text(kind) + ": " + dropped);
   return dropped;
 }

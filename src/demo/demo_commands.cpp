@@ -3,7 +3,7 @@
 namespace qlx {
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 // ESC/POS. A hexadecimal escape in a literal goes on as long as digits follow: where a digit or a letter from
 // A to F follows as text, the literal is cut.

@@ -11,7 +11,7 @@
 namespace qlx {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using ::testing::ElementsAre;
 
 /// Turns "1B 61 01 'text' 0A" into bytes: pairs of hex digits and quoted text.
@@ -33,6 +33,7 @@ std::string Bytes(const std::string& listing) {
 }
 
 // Written down a second time, in another notation than the program's.
+// NOLINTBEGIN(bugprone-suspicious-missing-comma): long chunks go on over several lines
 const char* const kReceipt[] = {
     "1B 61 01",
     "1B 21 09 1D 21 35 'Harlune' 0A",
@@ -57,6 +58,7 @@ const char* const kReceipt[] = {
     "1D 48 00",
     "1D 66 00",
 };
+// NOLINTEND(bugprone-suspicious-missing-comma)
 
 TEST(DemoCommands, TheReceiptIsSeventeenChunks) {
   const auto chunks = FirstDemoCommand(kPrinter).chunks;

@@ -8,7 +8,7 @@
 namespace qlx {
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 

@@ -1,6 +1,7 @@
 #include "ports/UsbSelection.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -20,7 +21,11 @@ const UsbIdentity kId2 = {L"0xf055", L"0x0005", L"CD0002"};
 const UsbIdentity kIdDual = {L"0x1209", L"0x0002", L"CDD001"};
 
 UsbSelection Drawers(UsbChoice current = {}) {
-  return {kCashDrawer1, {L"COM3", L"COM7"}, {kDrawer1, kDrawer2, kDual, kDual2}, kSupportedDevices, current};
+  return {kCashDrawer1,
+          {L"COM3", L"COM7"},
+          {kDrawer1, kDrawer2, kDual, kDual2},
+          kSupportedDevices,
+          std::move(current)};
 }
 
 TEST(UsbSelectionPorts, ThePortThatEqualsTheRowsIsChosen) {

@@ -16,7 +16,6 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
-using testing::ReadScript;
 using testing::SerialScript;
 using testing::WriteScript;
 

@@ -32,6 +32,7 @@ std::vector<std::string> RecordedWrites::Taken() const {
 
 }  // namespace qlx::testing
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the C library's are reserved names
 extern "C" ssize_t write(int descriptor, const void* bytes, size_t size) {
   {
     const std::lock_guard guard(qlx::testing::lock);

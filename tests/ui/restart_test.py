@@ -1,19 +1,11 @@
 """Closing with Yes: the services restart, seen on the bus and in the window."""
 
 import os
-import socket
 import unittest
 
 from simulator import Simulator
 from tool import screenshot, wait_for
-from window_case import RESTART_QUESTION, WindowCase, complete_file
-
-
-def free_port():
-    """A TCP port on which nothing listens."""
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
+from window_case import RESTART_QUESTION, WindowCase, complete_file, free_port
 
 
 class Restart(WindowCase):

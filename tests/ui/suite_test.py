@@ -109,8 +109,8 @@ class Suite(WindowCase):
 
     def test_drawers_are_bound_the_services_restarted_and_the_drawers_tried(self):
         self.usb = UsbDevices(DRAWERS)
-        tool = self.open_suite("", self.usb.environment)
         self.start_window_manager()
+        tool = self.open_suite("", self.usb.environment)
         tool.select(LIST, DRAWER_1)
         tool.click(CONFIGURE)
         tool.active_window("Cash Drawer (USB) Configuration")

@@ -1,6 +1,7 @@
 """What the tests of the running window share."""
 
 import os
+import socket
 import subprocess
 import unittest
 
@@ -17,6 +18,13 @@ SECTIONS = [
     "IB_Configuration",
     "Printer_Configuration",
 ]
+
+
+def free_port():
+    """A TCP port on which nothing listens: suites that run side by side must not share one."""
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
 
 
 def complete_file(**sections):
