@@ -157,8 +157,18 @@ class Tool:
             lambda: next((c for c in descendants(box) if c.getRoleName() == "push button" and c.name == button), None),
             f"button {button!r}",
         )
-        self.click_on(control)
-        wait_for(lambda: not any(w.getRoleName() == "alert" and w == box for w in self.windows()), "the box to close")
+        clicked = 0
+
+        def closed():
+            nonlocal clicked
+            if not any(w.getRoleName() == "alert" and w == box for w in self.windows()):
+                return True
+            if time.monotonic() > clicked + 1:  # a window manager may have moved the box under the mouse
+                self.click_on(control)
+                clicked = time.monotonic()
+            return False
+
+        wait_for(closed, "the box to close")
 
     # Controls
 

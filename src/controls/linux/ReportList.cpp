@@ -17,8 +17,9 @@ bool ComesFromTheKeyboard() {
 /// The toolkit's list control draws itself on GTK and tells a screen reader nothing; this one is GTK's own.
 class DataViewList final : public ReportList {
  public:
+  // The first size is too small for GTK's own scroll bars unless one is given.
   DataViewList(wxWindow* parent, int id)
-      : list_(new wxDataViewListCtrl(parent, id, wxDefaultPosition, wxDefaultSize,
+      : list_(new wxDataViewListCtrl(parent, id, wxDefaultPosition, wxSize(200, 100),
                                      wxDV_SINGLE | wxDV_HORIZ_RULES | wxDV_VERT_RULES)) {}
 
   wxWindow& window() override { return *list_; }
