@@ -1,6 +1,7 @@
 #include "platform/serial_port.h"
 
 #include <array>
+#include <atomic>
 #include <fstream>
 #include <numeric>
 #include <thread>
@@ -170,8 +171,27 @@ TEST_F(OpenTty, APendingWriteFailsWhenTheDeviceIsUnplugged) {
   unplugs.join();
 }
 
-TEST_F(OpenTty, IsSharedWithOthers) {
-  EXPECT_TRUE(OpenSerialPort(L"COM5", kTimeouts).port);
+TEST_F(OpenTty, IsSharedWithOthersWhoMayTakeTheBytesFirst) {
+  std::atomic<std::size_t> taken = 0;
+  std::atomic<bool> failed = false;
+  const auto read_all = [&](SerialPort& port) {
+    std::array<std::uint8_t, 16> buffer{};
+    for (;;) {
+      if (port.StartRead(buffer) == IoStart::kFailed) failed = true;
+      if (failed || port.WaitRead(kLong) == IoWait::kStopped) return;
+      taken += port.ReadResult().value_or(0);
+    }
+  };
+  const auto other = OpenSerialPort(L"COM5", kTimeouts).port;
+  std::thread readers[] = {std::thread([&] { read_all(*port_); }), std::thread([&] { read_all(*other); })};
+  for (std::size_t sent = 1; sent <= 300 && !failed; ++sent) {
+    device_.Send("x");
+    while (taken < sent && !failed) std::this_thread::yield();
+  }
+  port_->Stop();
+  other->Stop();
+  for (std::thread& reader : readers) reader.join();
+  EXPECT_FALSE(failed);
 }
 
 class TtyByName : public ::testing::Test {
@@ -196,6 +216,7 @@ TEST_F(TtyByName, WhatIsNoTtyIsADeviceErrorAndHoldsNobodyUp) {
   std::filesystem::create_symlink(Path("MZP_COM9"), Path("MZP_COM9"));
   for (const wchar_t* name : {L"COM5", L"COM6", L"COM7", L"COM8", L"COM9"}) {
     EXPECT_FALSE(Open(name).port) << name;
+    EXPECT_EQ(Open(name).error, SerialOpenError::kDevice) << name;
   }
 }
 
