@@ -7,6 +7,7 @@
 #include <wx/choice.h>
 #include <wx/stattext.h>
 
+#include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
 
@@ -51,7 +52,7 @@ void PageView::AddEdit(Place place, int id, const wxString& name, int flags, lon
 }
 
 void PageView::AddChoice(Place place, int id, const wxString& name, const wxArrayString& items) {
-  auto* choice = new wxChoice(place.parent, id, wxDefaultPosition, wxDefaultSize, items);
+  auto* choice = new DropDownList(place.parent, id, wxDefaultPosition, wxDefaultSize, items);
   SetAccessibleName(*choice, name);
   place.sizer->Add(choice, wxSizerFlags().CentreVertical());
 }

@@ -3,6 +3,7 @@
 #include <wx/button.h>
 #include <wx/stattext.h>
 
+#include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
 
 namespace qlx {
@@ -14,7 +15,7 @@ constexpr int kOk = 1;
 constexpr int kCancel = 2;
 
 constexpr const char* kCaptions[] = {"Vendor ID:", "Product ID:", "Serial Number:"};
-constexpr int kSerialColumns = 24;
+constexpr std::size_t kSerialColumns = 16;  // that are seen at once
 
 wxString Text(std::wstring_view text) {
   return std::wstring(text);
@@ -49,7 +50,7 @@ wxSizer* ConfigUsbDialog::MakePort() {
   auto* row = new wxBoxSizer(wxHORIZONTAL);
   row->Add(new wxStaticText(this, kPortCaption, "COM Port:"),
            wxSizerFlags().CentreVertical().Border(wxRIGHT));
-  port_ = new wxChoice(this, kPort);
+  port_ = new DropDownList(this, kPort);
   for (const std::wstring& port : selection_.ports()) port_->Append(port);
   SetAccessibleName(*port_, "COM Port:");
   row->Add(port_, wxSizerFlags().CentreVertical());
@@ -59,15 +60,13 @@ wxSizer* ConfigUsbDialog::MakePort() {
 wxSizer* ConfigUsbDialog::MakeGroup(Group& group, const GroupIds& ids, const wxString& label) {
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   grid->Add(new wxStaticText(this, ids.label, label), wxSizerFlags().CentreVertical());
-  group.devices = new wxChoice(this, ids.devices);
+  group.devices = new DropDownList(this, ids.devices);
   for (const std::wstring& item : selection_.DeviceItems()) group.devices->Append(item);
   SetAccessibleName(*group.devices, label);
   grid->Add(group.devices, wxSizerFlags().Expand());
   for (std::size_t row = 0; row < group.texts.size(); ++row) {
     grid->Add(new wxStaticText(this, ids.captions[row], kCaptions[row]), wxSizerFlags().CentreVertical());
-    auto* text =
-        new wxTextCtrl(this, ids.texts[row], wxString(), wxDefaultPosition, wxDefaultSize, wxTE_READONLY);
-    text->SetMinSize(text->GetSizeFromTextSize(kSerialColumns * text->GetCharWidth()));
+    auto* text = new LimitedEdit(this, ids.texts[row], {kSerialColumns}, wxTE_READONLY);
     SetAccessibleName(*text, label + " " + kCaptions[row]);
     grid->Add(text, wxSizerFlags().Expand());
     group.texts[row] = text;
@@ -116,7 +115,7 @@ void ConfigUsbDialog::Fill(Group& group, std::size_t item, const UsbIdentity& id
   group.devices->Enable(enabled);
   const std::wstring* const texts[] = {&identity.vendor, &identity.product, &identity.serial};
   for (std::size_t row = 0; row < group.texts.size(); ++row) {
-    group.texts[row]->ChangeValue(*texts[row]);
+    group.texts[row]->SetText(*texts[row]);
     group.texts[row]->Enable(enabled);
   }
 }

@@ -6,8 +6,8 @@
 #include <wx/choice.h>
 #include <wx/dialog.h>
 #include <wx/sizer.h>
-#include <wx/textctrl.h>
 
+#include "controls/LimitedEdit.h"
 #include "ports/UsbSelection.h"
 
 namespace qlx {
@@ -21,7 +21,7 @@ class ConfigUsbDialog : public wxDialog {
   /// One device: its list and the texts of its vendor, product and serial number.
   struct Group {
     wxChoice* devices = nullptr;
-    std::array<wxTextCtrl*, 3> texts{};
+    std::array<LimitedEdit*, 3> texts{};
   };
   struct GroupIds {
     int label;

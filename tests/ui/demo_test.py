@@ -283,6 +283,7 @@ class AfterAChange(DemoCase):
         self.start_window_manager()  # a window that opens by itself gets the focus from nobody else
 
     def simulate(self, *options):
+        self.installation.write(ports_file(ELEMENTS))  # without a file the suite would take the default log port
         simulator = Simulator(self.installation.file, *options)
         self.addCleanup(simulator.close)
         return simulator

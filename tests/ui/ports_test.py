@@ -4,6 +4,8 @@ import os
 import unittest
 import xml.etree.ElementTree as ElementTree
 
+import pyatspi
+
 from devices import Ports, UsbDevices
 from tool import wait_for
 from window_case import RESTART_QUESTION, WindowCase, complete_file, free_port
@@ -29,11 +31,12 @@ def ports_file(elements):
 
 
 class PortsPage(WindowCase):
-    def open_page(self, elements="", devices=""):
+    def open_page(self, elements="", devices="", environment=None):
         """The program on ports COM3, COM6 and COM7."""
         self.ports = Ports("COM3", "COM6", "COM7")
         self.addCleanup(self.ports.close)
         environment = {
+            **(environment or {}),
             "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
             "QUILLON_SETTINGS": os.path.join(self.installation.directory, "quillon.conf"),
             **self.ports.environment,
@@ -276,6 +279,21 @@ class Binding(PortsPage):
         tool.key("Return")
         tool.main_window()
         wait_for(lambda: tool.rows(LIST)[DRAWER_1][1] == "COM3", "the port")
+
+
+class LargeText(PortsPage):
+    def test_at_200_percent_the_lists_are_as_high_as_their_text_and_the_window_fits_on_the_screen(self):
+        tool = self.open_page("", DRAWERS, {"GDK_DPI_SCALE": "2"})
+        self.configure(tool, DRAWER_1)
+        label = height(tool.control(1088))
+        for number in (PORT, DEVICE_1, DEVICE_2, *TEXTS_1):
+            self.assertGreaterEqual(height(tool.control(number)), 1.4 * label, number)
+        extents = tool.window(DRAWER_WINDOW).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        self.assertLessEqual(extents.width, 1280)
+
+
+def height(accessible):
+    return accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS).height
 
 
 if __name__ == "__main__":
