@@ -123,11 +123,11 @@ void DemoDialog::BindEvents() {
   command2_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Send(SecondDemoCommand(kind_)); });
   clear_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Clear(); });
   Bind(
-      wxEVT_BUTTON, [this](wxCommandEvent&) { Close(wxID_OK); }, kCloseButton);
-  Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Close(wxID_CANCEL); });
+      wxEVT_BUTTON, [this](wxCommandEvent&) { Leave(wxID_OK); }, kCloseButton);
+  Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Leave(wxID_CANCEL); });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
     if (event.GetKeyCode() == WXK_ESCAPE) {
-      Close(wxID_CANCEL);
+      Leave(wxID_CANCEL);
     } else {
       event.Skip();
     }
@@ -140,7 +140,7 @@ void DemoDialog::Send(const DemoCommand& command) {
   sending_ = true;
   session_.Send(command);
   sending_ = false;
-  if (close_result_ != 0) Close(close_result_);
+  if (close_result_ != 0) Leave(close_result_);
 }
 
 void DemoDialog::ShowWaiting() {
@@ -179,7 +179,7 @@ void DemoDialog::Clear() {
   clear_->Disable();
 }
 
-void DemoDialog::Close(int result) {
+void DemoDialog::Leave(int result) {
   if (sending_) {
     close_result_ = result;
     session_.Stop();

@@ -35,7 +35,8 @@ class DemoDialog : public wxDialog {
   void ShowWaiting();
   void Append(const std::vector<SessionEvent>& events);
   void Clear();
-  void Close(int result);
+  /// Ends the session and then the window; one that is asked for during a command follows it.
+  void Leave(int result);
 
   DeviceKind kind_;
   wxButton* command_ = nullptr;
