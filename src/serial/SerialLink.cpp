@@ -15,7 +15,7 @@ constexpr platform::SerialTimeouts kTimeouts = {milliseconds(1), milliseconds(1)
 constexpr milliseconds kWriteLimit{1000};
 constexpr milliseconds kReadLimit{3000};
 /// Short enough for a window that is painted meanwhile to look alive.
-constexpr milliseconds kWriteSlice{50};
+constexpr milliseconds kWriteSlice{10};
 
 }  // namespace
 

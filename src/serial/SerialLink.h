@@ -37,7 +37,7 @@ class SerialLink {
   using OpenPort =
       std::function<platform::SerialOpening(const std::wstring& name, const platform::SerialTimeouts&)>;
 
-  /// A write may wait a second for its device; `while_waiting`, when there is one, is called several times a
+  /// A write may wait a second for its device; `while_waiting`, when there is one, is called many times a
   /// second meanwhile, on the writing thread.
   SerialLink(OpenPort open_port, LinkReceiver receiver, std::function<void()> while_waiting = {});
   SerialLink(const SerialLink&) = delete;

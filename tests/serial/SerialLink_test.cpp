@@ -164,9 +164,9 @@ TEST_F(LinkOnAScript, APendingWriteThatEndsBadlyFails) {
 TEST_F(LinkOnAScript, APendingWriteFailsAfterOneSecondAndIsCancelled) {
   EXPECT_EQ(Write({.start = IoStart::kPending, .waits = {IoWait::kTimedOut}, .result = false}),
             WriteEnd::kFailed);
-  EXPECT_EQ(std::ranges::count(script_->calls, "wait write 50"), 20);
+  EXPECT_EQ(std::ranges::count(script_->calls, "wait write 10"), 100);
   EXPECT_THAT(script_->calls, Contains("cancel write"));
-  EXPECT_EQ(idle_calls_, 19) << "once after each slice but the last";
+  EXPECT_EQ(idle_calls_, 99) << "once after each slice but the last";
 }
 
 TEST_F(LinkOnAScript, AWriteWithAResultAtTheTimeOutIsWritten) {

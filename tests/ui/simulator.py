@@ -7,7 +7,7 @@ import socket
 import subprocess
 import tempfile
 
-from tool import wait_for
+from tool import TIED, wait_for
 
 
 class Simulator:
@@ -19,7 +19,7 @@ class Simulator:
         self.said_file = os.path.join(self.directory, "said")
         with open(self.said_file, "wb") as said:
             self.process = subprocess.Popen(
-                [os.environ["QLX_SIMULATOR"], "--config", configuration, "--dir", self.directory]
+                [*TIED, os.environ["QLX_SIMULATOR"], "--config", configuration, "--dir", self.directory]
                 + ["--log-dir", self.directory, *options],
                 stdin=subprocess.DEVNULL,
                 stdout=said,

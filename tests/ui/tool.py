@@ -12,6 +12,9 @@ import pyatspi
 
 LIMIT = int(os.environ.get("QLX_UI_LIMIT", "30"))  # seconds that any single expectation may take
 
+# What a test starts ends with it, also when the test itself is killed.
+TIED = ["setpriv", "--pdeathsig", "TERM", "--"]
+
 
 class Timeout(AssertionError):
     """An expectation was not met within LIMIT."""
@@ -87,7 +90,7 @@ class Tool:
 
     def __init__(self, installation, environment=None):
         self.process = subprocess.Popen(
-            [installation.program],
+            [*TIED, installation.program],
             cwd=installation.directory,
             env={**os.environ, **(environment or {})},
             stdin=subprocess.DEVNULL,
