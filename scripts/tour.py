@@ -77,6 +77,16 @@ class Tour:
         self.tool.click(1024)
         self.tool.answer("OK", "MSR settings saved.")
 
+    def change_ibutton(self):
+        self.tool.tab("iButton")
+        self.tool.enter(1046, "Key:")
+        self.tool.click(1048)
+        wait_for(lambda: self.tool.text(1040) == "4B 65 79 3A", "the converted prefix")
+        self.tool.enter(1041, "0d0a")
+        self.picture("ibutton-changed")
+        self.tool.click(1034)
+        self.tool.answer("OK", "iButton settings saved.")
+
     def configure(self, row, title, port, devices=()):
         """Binds a row to a port, and the lists of devices to their items."""
         self.tool.select(LIST, row)
@@ -134,6 +144,7 @@ class Tour:
         self.try_devices()
         self.change_logging()
         self.change_msr()
+        self.change_ibutton()
         self.tool.click(1031)
         self.tool.box_text()
         self.picture("all-saved")

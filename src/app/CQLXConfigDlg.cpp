@@ -12,6 +12,7 @@
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
 #include "log/LogMessage.h"
+#include "pages/IBDialog.h"
 #include "pages/LOGDialog.h"
 #include "pages/MSRDialog.h"
 #include "platform/user_rights.h"
@@ -61,11 +62,12 @@ void CQLXConfigDlg::MakePages() {
   ports_ = new PORTSDialog(tabs_, EndProgram);
   auto* logging = new LOGDialog(tabs_, EndProgram);
   auto* msr = new MSRDialog(tabs_, EndProgram);
-  pages_ = {ports_, logging, msr};
+  auto* ibutton = new IBDialog(tabs_, EndProgram);
+  pages_ = {ports_, logging, msr, ibutton};
   tabs_->AddPage(ports_, "COM Ports");
   tabs_->AddPage(logging, "Logging");
   tabs_->AddPage(msr, "MSR");
-  tabs_->AddPage(new wxPanel(tabs_), "iButton");
+  tabs_->AddPage(ibutton, "iButton");
   tabs_->AddPage(new wxPanel(tabs_), "Printer");
 }
 

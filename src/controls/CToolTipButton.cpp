@@ -2,6 +2,8 @@
 
 #include <wx/textwrapper.h>
 
+#include "controls/accessible_id.h"
+
 namespace qlx {
 namespace {
 
@@ -27,6 +29,7 @@ class LineJoiner : public wxTextWrapper {
 void CToolTipButton::SetToolTipText(const wchar_t* text) {
   if (text == nullptr) return;
   SetToolTip(LineJoiner().Joined(this, text, FromDIP(kMaximalTipWidth)));
+  SetAccessibleDescription(*this, text);
 }
 
 }  // namespace qlx

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "controls/field_size.h"
 #include "controls/insertion_filter.h"
 #include "platform/text.h"
 
@@ -17,15 +18,12 @@ LimitedEdit::LimitedEdit(wxWindow* parent, int id, const InsertionRule& rule, lo
   FilterInsertions(*this, [this](const std::wstring& held, const std::wstring& inserted) {
     return filtering_ ? AcceptedInsertion(rule_, platform::Utf16Length(held), inserted) : inserted;
   });
-  // The toolkit has already settled on a size in fixed pixels, which cuts enlarged text off.
   InvalidateBestSize();
   SetInitialSize(LimitedEdit::DoGetBestSize());
 }
 
 wxSize LimitedEdit::DoGetBestSize() const {
-  const auto characters = static_cast<int>(std::min(rule_.limit, kWidestField)) + 2;
-  const int height = GetCharHeight() + GetCharHeight() / 2;
-  return {characters * GetTextExtent("0").x + height / 2, height};
+  return FieldSize(*this, std::min(rule_.limit, kWidestField));
 }
 
 void LimitedEdit::SetText(const std::wstring& text) {

@@ -12,4 +12,7 @@ void PublishIds(wxWindow& window);
 /// Gives `control` the accessible name `name`, for controls whose label stands beside them.
 void SetAccessibleName(wxWindow& control, const wxString& name);
 
+/// Gives `control` the sentence that a screen reader says behind its name.
+void SetAccessibleDescription(wxWindow& control, const wxString& description);
+
 }  // namespace qlx

@@ -5,10 +5,13 @@
 
 #include "config/schema.h"
 #include "config/values.h"
+#include "pages/HexText.h"
 #include "platform/text.h"
 
 namespace qlx {
 namespace {
+
+constexpr int kNoChoice = -1;
 
 /// The services read the index into a field of this many characters.
 constexpr std::size_t kLongestChoice = 2;
@@ -29,6 +32,12 @@ void PageSettings::SetDefaults() {
         break;
       case SettingForm::kChoice:
         values_[row.control] = ParseNumber(text).value_or(0);
+        break;
+      case SettingForm::kOrdinal:
+        values_[row.control] = ParseNumber(text).value_or(1) - 1;
+        break;
+      case SettingForm::kHex:
+        values_[row.control] = LoadedHex(text);
         break;
       case SettingForm::kText:
       case SettingForm::kFilledText:
@@ -57,6 +66,12 @@ void PageSettings::LoadValue(const SettingRow& row, const std::wstring& text) {
     case SettingForm::kChoice:
       if (number && static_cast<std::size_t>(*number) < row.limit) SetChoice(row.control, *number);
       break;
+    case SettingForm::kOrdinal:
+      if (number) LoadOrdinal(row, *number);
+      break;
+    case SettingForm::kHex:
+      if (fits) SetText(row.control, LoadedHex(text));
+      break;
     case SettingForm::kText:
       if (fits) SetText(row.control, text);
       break;
@@ -69,12 +84,36 @@ void PageSettings::LoadValue(const SettingRow& row, const std::wstring& text) {
   }
 }
 
+void PageSettings::LoadOrdinal(const SettingRow& row, int number) {
+  const auto items = static_cast<int>(row.limit);
+  // Zero and one more than there are items are let through on purpose: they leave the list without a choice.
+  if (number > items + 1) return;
+  const int index = number - 1;
+  SetChoice(row.control, index < items ? index : kNoChoice);
+}
+
 std::wstring PageSettings::FileText(const SettingRow& row, const FatalEnd& end) const {
-  if (row.form == SettingForm::kCheck) return std::wstring(CheckText(Checked(row.control)));
-  if (row.form != SettingForm::kChoice) return Text(row.control);
-  std::wstring index = std::to_wstring(Choice(row.control));
-  if (index.size() > kLongestChoice) end(std::wstring(facts_.choice_not_converted));
-  return index;
+  switch (row.form) {
+    case SettingForm::kCheck:
+      return std::wstring(CheckText(Checked(row.control)));
+    case SettingForm::kChoice:
+      return ChoiceText(Choice(row.control), end);
+    case SettingForm::kOrdinal:
+      return ChoiceText(Choice(row.control) + 1, end);
+    case SettingForm::kHex:
+      return WithoutBlanks(Text(row.control));
+    case SettingForm::kText:
+    case SettingForm::kFilledText:
+    case SettingForm::kDigits:
+      break;
+  }
+  return Text(row.control);
+}
+
+std::wstring PageSettings::ChoiceText(int number, const FatalEnd& end) const {
+  std::wstring text = std::to_wstring(number);
+  if (text.size() > kLongestChoice) end(std::wstring(facts_.choice_not_converted));
+  return text;
 }
 
 void PageSettings::Save(ConfigDocument& document, const FatalEnd& end) const {

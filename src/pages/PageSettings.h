@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,6 +21,8 @@ enum class SettingForm {
   kFilledText,  ///< as kText, and an empty text in the file leaves the default
   kDigits,      ///< as kText, and a non-empty run of digits
   kChoice,      ///< drop-down list: a number below `limit`, the index
+  kOrdinal,     ///< drop-down list of `limit` items: a number up to `limit` + 1, the index + 1
+  kHex,         ///< field for hexadecimal bytes: at most `limit` characters, stored without blanks
 };
 
 /// One setting: the control that shows it, the key that stores it, the form of its text.
@@ -39,6 +42,12 @@ struct PageFacts {
   std::wstring_view saved;
 };
 
+/// Why a page's values cannot be saved as they are.
+struct Refusal {
+  int control;  ///< the control to mend
+  std::wstring message;
+};
+
 /// The values of one section of the file as a page holds them, on the user-interface thread. The rows stand
 /// in the order in which they are saved; their defaults are those of a new file. Nothing reaches the document
 /// before Save.
@@ -55,6 +64,9 @@ class PageSettings {
   /// Writes every row into `document` and has the file written. A value that cannot be put into words goes to
   /// `end` with the page's sentence for it.
   void Save(ConfigDocument& document, const FatalEnd& end) const;
+
+  /// What the Apply button finds wrong first; Save itself tests nothing.
+  virtual std::optional<Refusal> FindRefusal() const { return std::nullopt; }
 
   /// Whether the user may change the page; true until it is said otherwise.
   void SetEditable(bool editable) { editable_ = editable; }
@@ -75,7 +87,9 @@ class PageSettings {
 
  private:
   void LoadValue(const SettingRow& row, const std::wstring& text);
+  void LoadOrdinal(const SettingRow& row, int number);
   std::wstring FileText(const SettingRow& row, const FatalEnd& end) const;
+  std::wstring ChoiceText(int number, const FatalEnd& end) const;
 
   PageFacts facts_;
   std::span<const SettingRow> rows_;

@@ -10,6 +10,7 @@
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
+#include "pages/CHexEdit.h"
 
 namespace qlx {
 namespace {
@@ -51,6 +52,12 @@ void PageView::AddEdit(Place place, int id, const wxString& name, int flags, lon
   place.sizer->Add(edit, 0, flags);
 }
 
+void PageView::AddHexEdit(Place place, int id, const wxString& name) {
+  auto* edit = new CHexEdit(place.parent, id);
+  SetAccessibleName(*edit, name);
+  place.sizer->Add(edit, wxSizerFlags(1).CentreVertical());
+}
+
 void PageView::AddChoice(Place place, int id, const wxString& name, const wxArrayString& items) {
   auto* choice = new DropDownList(place.parent, id, wxDefaultPosition, wxDefaultSize, items);
   SetAccessibleName(*choice, name);
@@ -75,12 +82,16 @@ void PageView::Fill() {
         ControlOf<wxCheckBox>(*this, row.control)->SetValue(settings_.Checked(row.control));
         break;
       case SettingForm::kChoice:
+      case SettingForm::kOrdinal:
         ControlOf<wxChoice>(*this, row.control)->SetSelection(settings_.Choice(row.control));
         break;
       case SettingForm::kText:
       case SettingForm::kFilledText:
       case SettingForm::kDigits:
         ControlOf<LimitedEdit>(*this, row.control)->SetText(settings_.Text(row.control));
+        break;
+      case SettingForm::kHex:
+        ControlOf<CHexEdit>(*this, row.control)->SetText(settings_.Text(row.control));
         break;
     }
   }
@@ -93,12 +104,16 @@ void PageView::ReadBack() {
         settings_.SetChecked(row.control, ControlOf<wxCheckBox>(*this, row.control)->GetValue());
         break;
       case SettingForm::kChoice:
+      case SettingForm::kOrdinal:
         settings_.SetChoice(row.control, ControlOf<wxChoice>(*this, row.control)->GetSelection());
         break;
       case SettingForm::kText:
       case SettingForm::kFilledText:
       case SettingForm::kDigits:
         ReadText(row.control);
+        break;
+      case SettingForm::kHex:
+        settings_.SetText(row.control, ControlOf<CHexEdit>(*this, row.control)->Text());
         break;
     }
   }
@@ -121,7 +136,12 @@ void PageView::SaveToData() {
 }
 
 void PageView::Apply() {
-  SaveToData();
+  ReadBack();
+  if (const auto refusal = settings_.FindRefusal()) {
+    ShowBox(wxGetTopLevelParent(this), refusal->message, BoxIcon::kExclamation);
+    return FindWindow(refusal->control)->SetFocus();
+  }
+  settings_.Save(*document_, end_program_);
   // Shown after a failed write too, which has already been reported: the page does not learn of it.
   ShowBox(wxGetTopLevelParent(this), std::wstring(settings_.facts().saved), BoxIcon::kInformation);
 }

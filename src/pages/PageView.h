@@ -35,6 +35,7 @@ class PageView : public SettingsPage {
   void AddCheckBox(Place place, int id, const wxString& label);
   /// `name` is the accessible name; `flags` are the sizer's.
   void AddEdit(Place place, int id, const wxString& name, int flags, long style = 0);
+  void AddHexEdit(Place place, int id, const wxString& name);
   void AddChoice(Place place, int id, const wxString& name, const wxArrayString& items);
   /// The buttons "Default" and "Apply", the last controls of every page.
   wxSizer* MakeButtons(int default_id, int apply_id);

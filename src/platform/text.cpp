@@ -71,6 +71,10 @@ std::size_t Utf16Length(std::wstring_view text) {
   return units;
 }
 
+std::u16string ToUtf16(std::wstring_view text) {
+  return utf8::utf8to16(ToUtf8(text));
+}
+
 std::wstring_view Utf16Prefix(std::wstring_view text, std::size_t units) {
   std::size_t taken = 0;
   std::wstring_view rest = text;

@@ -17,6 +17,9 @@ std::wstring FromUtf8(std::string_view bytes);
 /// Length of `text` in UTF-16 code units, on every platform: the unit of all length limits of the tool.
 std::size_t Utf16Length(std::wstring_view text);
 
+/// The UTF-16 code units of `text`. Code units that form no character become U+FFFD.
+std::u16string ToUtf16(std::wstring_view text);
+
 /// The longest beginning of `text` that has at most `units` UTF-16 code units and splits no character.
 std::wstring_view Utf16Prefix(std::wstring_view text, std::size_t units);
 

@@ -14,6 +14,7 @@ NO_RIGHTS = (
     "Please run the application as Administrator if you need to change the settings."
 )
 MSR_CONTROLS = [*range(1001, 1019), 1029, 1024]
+IBUTTON_CONTROLS = [*range(1040, 1051), 1033, 1034]
 
 
 class ReadOnly(WindowCase):
@@ -57,6 +58,12 @@ class ReadOnly(WindowCase):
         self.assertEqual([n for n in MSR_CONTROLS if tool.enabled(n)], [])
         self.assertTrue(tool.checked(1012) and tool.checked(1017))
         self.assertEqual(tool.text(1014), "head")
+
+    def test_the_ibutton_page_is_grey_and_shows_its_values(self):
+        tool = self.open_and_read(complete_file(IB_Configuration={"Prefix": "0D0A", "ID_Length": "4"}))
+        tool.tab("iButton")
+        self.assertEqual([n for n in IBUTTON_CONTROLS if tool.enabled(n)], [])
+        self.assertEqual((tool.text(1040), tool.chosen(1045)), ("0D 0A", "4"))
 
     def test_the_message_comes_once_and_the_window_closes_at_once(self):
         tool = self.open_and_read(complete_file())

@@ -198,6 +198,9 @@ class Tool:
     def text(self, number):
         return self.control(number).queryText().getText(0, -1)
 
+    def caret(self, number):
+        return self.control(number).queryText().caretOffset
+
     def chosen(self, number):
         """The item that a drop-down list shows."""
         selection = self.control(number).querySelection()

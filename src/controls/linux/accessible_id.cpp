@@ -29,4 +29,10 @@ void SetAccessibleName(wxWindow& control, const wxString& name) {
   if (AtkObject* accessible = AccessibleOf(control)) atk_object_set_name(accessible, name.utf8_str());
 }
 
+void SetAccessibleDescription(wxWindow& control, const wxString& description) {
+  if (AtkObject* accessible = AccessibleOf(control)) {
+    atk_object_set_description(accessible, description.utf8_str());
+  }
+}
+
 }  // namespace qlx
