@@ -35,7 +35,7 @@ SerialSession::SerialSession(SerialLink::OpenPort open_port, std::function<void(
             {[this](std::span<const std::uint8_t> block) {
                if (!block.empty()) AddFromReader(std::vector<std::uint8_t>(block.begin(), block.end()));
              },
-             [this](ReadFailure) { AddFromReader(L"<Error Reading Port>"); }},
+             [this](ReadFailure, int) { AddFromReader(L"<Error Reading Port>"); }},
             std::move(while_waiting)) {}
 
 bool SerialSession::Open(const std::wstring& port) {

@@ -35,6 +35,8 @@ class SerialPort {
   virtual IoWait WaitRead(std::chrono::milliseconds limit) = 0;
   /// Bytes read, without waiting; empty when the read failed or has not ended.
   virtual std::optional<std::size_t> ReadResult() = 0;
+  /// The system's error number for an empty ReadResult.
+  virtual int ReadError() const = 0;
   virtual void CancelRead() = 0;
 
   /// A write ends once the system has taken every byte.

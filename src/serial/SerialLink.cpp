@@ -89,7 +89,7 @@ void SerialLink::Read() {
         if (const auto count = port_->ReadResult()) Deliver(*count);
         return;
       case IoStart::kFailed:
-        receiver_.failed(ReadFailure::kAtStart);
+        receiver_.failed(ReadFailure::kAtStart, 0);
         return;
     }
   }
@@ -105,7 +105,7 @@ bool SerialLink::FinishRead() {
   if (const auto count = port_->ReadResult()) {
     Deliver(*count);
   } else {
-    receiver_.failed(ReadFailure::kDuringWait);
+    receiver_.failed(ReadFailure::kDuringWait, port_->ReadError());
     if (end == IoWait::kTimedOut) port_->CancelRead();
   }
   return true;

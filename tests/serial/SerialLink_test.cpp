@@ -46,6 +46,7 @@ class LinkOnAScript : public ::testing::Test {
   std::wstring asked_;
   platform::SerialTimeouts timeouts_{};
   std::vector<std::string> told_;
+  int error_ = -1;
   int idle_calls_ = 0;
   SerialLink link_{
       [this](const std::wstring& name, const platform::SerialTimeouts& timeouts) -> platform::SerialOpening {
@@ -55,8 +56,9 @@ class LinkOnAScript : public ::testing::Test {
         return {std::make_unique<testing::FakeSerialPort>(script_), {}};
       },
       {[this](std::span<const std::uint8_t> block) { told_.emplace_back(block.begin(), block.end()); },
-       [this](ReadFailure failure) {
+       [this](ReadFailure failure, int error) {
          told_.emplace_back(failure == ReadFailure::kAtStart ? "<start>" : "<wait>");
+         error_ = error;
        }},
       [this] { ++idle_calls_; }};
 };
@@ -73,6 +75,12 @@ TEST_F(LinkOnAScript, TellsWhyAPortCannotBeOpened) {
   refuses_ = true;
   refusal_ = SerialOpenError::kStopEvent;
   EXPECT_EQ(Open(), SerialOpenError::kStopEvent);
+}
+
+TEST_F(LinkOnAScript, TellsTheErrorNumberOfAReadThatFailedWhileItWasWaitedFor) {
+  script_->reads = {{.error = 995}};
+  EXPECT_THAT(ReadAll(), ElementsAre("<wait>"));
+  EXPECT_EQ(error_, 995);
 }
 
 TEST_F(LinkOnAScript, HandsOverOneBlockARead) {

@@ -18,6 +18,7 @@ struct ReadScript {
   platform::IoStart start = platform::IoStart::kPending;
   platform::IoWait wait = platform::IoWait::kEnded;
   std::optional<std::string> bytes{};
+  int error = 0;  ///< counts without bytes
 };
 
 /// How one write goes; `waits` are the answers to one wait after the other, the last one to all that follow.
@@ -83,6 +84,7 @@ class FakeSerialPort : public platform::SerialPort {
   std::optional<std::size_t> ReadResult() override {
     return read_.bytes ? std::optional(read_.bytes->size()) : std::nullopt;
   }
+  int ReadError() const override { return read_.error; }
   void CancelRead() override { script_->Note("cancel read"); }
 
   platform::IoStart StartWrite(std::span<const std::uint8_t> bytes) override {

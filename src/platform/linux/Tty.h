@@ -1,6 +1,7 @@
 // A tty as a serial port: raw while it is open, read and written without ever blocking.
 #pragma once
 
+#include <cerrno>
 #include <chrono>
 
 #include <termios.h>
@@ -49,6 +50,8 @@ class Tty final : public SerialPort {
   IoStart StartRead(std::span<std::uint8_t> buffer) override;
   IoWait WaitRead(std::chrono::milliseconds limit) override;
   std::optional<std::size_t> ReadResult() override;
+  /// A read never fails here once it has started, so the one reason is that it has not ended.
+  int ReadError() const override { return EINPROGRESS; }
   void CancelRead() override;
   IoStart StartWrite(std::span<const std::uint8_t> bytes) override;
   IoWait WaitWrite(std::chrono::milliseconds limit) override;
