@@ -26,6 +26,8 @@ class PrinterAnswers {
   /// answer.
   bool ExpectInformation();
 
+  bool waiting_for_information() const { return waiting_for_information_; }
+
   /// Takes a block. Empty ones and ones above kAnswerBytes change nothing.
   CodePageList Process(std::span<const std::uint8_t> block);
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "log/LogMessage.h"
+#include "log/levels.h"
 
 namespace qlx {
 namespace {
@@ -28,12 +28,6 @@ std::string OpenErrorText(platform::SerialOpenError error) {
 
 }  // namespace
 
-PrinterLog ThisPrinterLog() {
-  return [](std::uint32_t level, const std::string& line) {
-    LogMessage(MZP_PRINTER, level, "%s", line.c_str());
-  };
-}
-
 PrinterPort::PrinterPort(SerialLink::OpenPort open_port, PrinterLog log, std::function<void()> wake,
                          std::function<void()> while_waiting)
     : open_port_(std::move(open_port)),
@@ -43,7 +37,7 @@ PrinterPort::PrinterPort(SerialLink::OpenPort open_port, PrinterLog log, std::fu
 
 bool PrinterPort::Open(const std::wstring& name) {
   if (name.empty()) {
-    log_(LEVEL_ERROR, "PRINTERDialog::OpenPort - COM Port string is empty");
+    log_.line(LEVEL_ERROR, "PRINTERDialog::OpenPort - COM Port string is empty");
     return false;
   }
   closing_ = false;
@@ -53,16 +47,16 @@ bool PrinterPort::Open(const std::wstring& name) {
                 while_waiting_);
   if (const auto error = link_->Open(name)) {
     link_.reset();
-    log_(LEVEL_ERROR, "PRINTERDialog::OpenPort - " + OpenErrorText(*error));
+    log_.line(LEVEL_ERROR, "PRINTERDialog::OpenPort - " + OpenErrorText(*error));
     return false;
   }
-  log_(LEVEL_INFO, "PRINTERDialog::OpenPort - COM Port Opened");
+  log_.line(LEVEL_INFO, "PRINTERDialog::OpenPort - COM Port Opened");
   return true;
 }
 
 void PrinterPort::Send(std::span<const std::uint8_t> bytes) {
   if (link_ && link_->Write(bytes) == WriteEnd::kFailed) {
-    log_(LEVEL_ERROR, "PRINTERDialog::SendData - Error Writing to Port");
+    log_.line(LEVEL_ERROR, "PRINTERDialog::SendData - Error Writing to Port");
   }
 }
 
@@ -97,7 +91,7 @@ void PrinterPort::Receive(std::span<const std::uint8_t> block) {
 
 void PrinterPort::LogReadFailure(ReadFailure failure, int error) {
   const std::string what = failure == ReadFailure::kAtStart ? "Error Reading Port" : std::to_string(error);
-  log_(LEVEL_ERROR, "PRINTERDialog::ReceiveDataWorker - " + what);
+  log_.line(LEVEL_ERROR, "PRINTERDialog::ReceiveDataWorker - " + what);
 }
 
 }  // namespace qlx

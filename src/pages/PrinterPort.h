@@ -11,15 +11,10 @@
 #include <string>
 #include <vector>
 
+#include "pages/PrinterLog.h"
 #include "serial/SerialLink.h"
 
 namespace qlx {
-
-/// Takes a line for the log of module MZP_PRINTER, from any thread.
-using PrinterLog = std::function<void(std::uint32_t level, const std::string& line)>;
-
-/// The log of this process.
-PrinterLog ThisPrinterLog();
 
 /// Opens, asks and closes any number of times; what cannot be done is logged and no more. All operations
 /// belong to the user-interface thread; blocks arrive on a reader thread of the port's own and wait until

@@ -41,10 +41,11 @@ class PortOnAScript : public ::testing::Test {
                       if (refusal_) return {nullptr, *refusal_};
                       return {std::make_unique<testing::FakeSerialPort>(script_), {}};
                     },
-                    [this](std::uint32_t level, const std::string& line) {
-                      const std::lock_guard guard(script_->lock);
-                      log_.push_back(std::to_string(level) + " " + line);
-                    },
+                    {[this](std::uint32_t level, const std::string& line) {
+                       const std::lock_guard guard(script_->lock);
+                       log_.push_back(std::to_string(level) + " " + line);
+                     },
+                     {}},
                     [this] { ++wakes_; }};
 };
 
