@@ -49,6 +49,7 @@ class ReadyPort : public platform::SerialPort {
     return IoWait::kEnded;
   }
   std::optional<std::size_t> ReadResult() override { return block_.size(); }
+  int ReadError() const override { return 0; }
   void CancelRead() override {}
   IoStart StartWrite(std::span<const std::uint8_t>) override { return IoStart::kCompleted; }
   IoWait WaitWrite(std::chrono::milliseconds) override { return IoWait::kEnded; }

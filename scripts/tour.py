@@ -149,21 +149,33 @@ class Tour:
         self.tool.box_text()
         self.picture("all-saved")
         self.tool.answer("OK", "All settings saved.")
+        self.tool.close()
         self.close_with_restart()
 
     def visit_again(self):
         """The log level that the first visit chose is in force now: what the tool logs reaches the log file."""
         self.tool = Tool(self.installation)
         self.tool.main_window()
-        self.tool.tab("Printer")
+        self.tool.await_printer()
+        self.set_up_printer()
         log = os.path.join(self.installation.directory, "log", "qlx.log")
         wait_for(lambda: os.path.exists(log) and os.path.getsize(log) > 0, "a record in the log file")
-        self.picture("second-visit")
         self.tool.close()
-        self.end()
+        self.close_with_restart()
+
+    def set_up_printer(self):
+        """The page is filled from what the simulated printer answers."""
+        self.tool.tab("Printer")
+        wait_for(lambda: not self.tool.enabled(1000), "the question to the printer")
+        self.picture("printer-asked")
+        wait_for(lambda: self.tool.enabled(1000), "the printer's answer")
+        self.tool.pick(1074, "852")
+        self.tool.check(1096, True)
+        self.picture("printer-changed")
+        self.tool.click(1073)
+        self.tool.answer("OK", "Printer settings saved.")
 
     def close_with_restart(self):
-        self.tool.close()
         self.tool.box_text()
         self.picture("restart-question")
         self.tool.answer("Yes")

@@ -1,5 +1,6 @@
 #include "app/CQLXConfigDlg.h"
 
+#include <chrono>
 #include <optional>
 
 #include <wx/button.h>
@@ -15,6 +16,7 @@
 #include "pages/IBDialog.h"
 #include "pages/LOGDialog.h"
 #include "pages/MSRDialog.h"
+#include "pages/PRINTERDialog.h"
 #include "platform/user_rights.h"
 #include "ports/PORTSDialog.h"
 
@@ -25,6 +27,7 @@ constexpr int kTabControl = 1000;
 constexpr int kApplyAllButton = 1031;
 constexpr int kAboutCommand = 0x0010;
 constexpr int kPrinterTab = 4;
+constexpr std::chrono::milliseconds kAnswerTime{1500};
 
 constexpr wchar_t kNoRights[] =
     L"You do not have sufficient permissions.\n"
@@ -56,6 +59,9 @@ CQLXConfigDlg::CQLXConfigDlg()
 
 CQLXConfigDlg::~CQLXConfigDlg() {
   restart_progress_.Release();
+  calls_.Close();
+  // The pages were lent the document, which would otherwise go first.
+  DestroyChildren();
 }
 
 void CQLXConfigDlg::MakePages() {
@@ -63,17 +69,21 @@ void CQLXConfigDlg::MakePages() {
   auto* logging = new LOGDialog(tabs_, EndProgram);
   auto* msr = new MSRDialog(tabs_, EndProgram);
   auto* ibutton = new IBDialog(tabs_, EndProgram);
-  pages_ = {ports_, logging, msr, ibutton};
+  printer_ = new PRINTERDialog(tabs_, EndProgram);
+  pages_ = {ports_, logging, msr, ibutton, printer_};
   tabs_->AddPage(ports_, "COM Ports");
   tabs_->AddPage(logging, "Logging");
   tabs_->AddPage(msr, "MSR");
   tabs_->AddPage(ibutton, "iButton");
-  tabs_->AddPage(new wxPanel(tabs_), "Printer");
+  tabs_->AddPage(printer_, "Printer");
 }
 
 void CQLXConfigDlg::LayOut() {
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
   buttons->Add(new wxButton(this, kAboutCommand, "&About Configuration Tool..."));
+  asking_ = new wxStaticText(this, wxID_ANY, "Asking the printer...");
+  asking_->Hide();
+  buttons->Add(asking_, wxSizerFlags().CentreVertical().Border(wxLEFT).ReserveSpaceEvenIfHidden());
   buttons->AddStretchSpacer();
   apply_all_ = new wxButton(this, kApplyAllButton, "Apply All");
   buttons->Add(apply_all_);
@@ -108,7 +118,9 @@ void CQLXConfigDlg::BindEvents() {
 
 void CQLXConfigDlg::LoadDocument() {
   document_ = MakeConfigDocument([this](const std::wstring& title, const std::wstring& text) {
-    ShowBox(this, text, BoxIcon::kError, title);
+    const auto show = [&] { ShowBox(this, text, BoxIcon::kError, title); };
+    if (wxIsMainThread()) return show();
+    calls_.Run(show);
   });
   StartUpLoad(*document_, platform::ThisProgram(), platform::SystemDebugOutput(), EndProgram);
 }
@@ -123,27 +135,69 @@ void CQLXConfigDlg::OnShown() {
   if (shown_) return;
   shown_ = true;
   if (!editable_) ShowBox(this, kNoRights, BoxIcon::kExclamation);
-  LogPrinterPortNotOpened("QLXConfigDlg::OnInitDialog()");
+  QueryPrinterAtStart();
 }
 
 void CQLXConfigDlg::OnTabChanged(int tab) {
   tabs_->SetFocus();
-  if (tab == kPrinterTab) LogPrinterPortNotOpened("QLXConfigDlg::OnTcnSelchangeTabMzp()");
+  if (asking_->IsShown())
+    return;  // automation reaches the tabs of a window without input too: see WhileAsking
+  printer_->ClosePort();
+  if (tab == kPrinterTab) CallAfter(&CQLXConfigDlg::QueryPrinterForTab);
 }
 
-bool CQLXConfigDlg::restarting() const {
-  return restart_.running() || ports_->restarting();
+void CQLXConfigDlg::QueryPrinterAtStart() {
+  if (!printer_->OpenPort()) return LogPrinterPortNotOpened("QLXConfigDlg::OnInitDialog()");
+  WhileAsking([this](BusyWindow& window) {
+    printer_->RequestDeviceInformation();
+    window.Wait(kAnswerTime);
+    information_requested_ = true;
+    window.Wait(kAnswerTime);
+    printer_->ClosePort();
+  });
+}
+
+void CQLXConfigDlg::QueryPrinterForTab() {
+  if (asking_->IsShown() || tabs_->GetSelection() != kPrinterTab) return;
+  if (!printer_->OpenPort()) return LogPrinterPortNotOpened("QLXConfigDlg::OnTcnSelchangeTabMzp()");
+  WhileAsking([this](BusyWindow& window) {
+    if (!information_requested_) {
+      printer_->RequestDeviceInformation();
+      window.Wait(kAnswerTime);
+      information_requested_ = true;
+    }
+    if (!code_pages_requested_) {
+      printer_->RequestCodePages();
+      window.Wait(kAnswerTime);
+      code_pages_requested_ = true;
+    }
+  });
+}
+
+void CQLXConfigDlg::WhileAsking(const std::function<void(BusyWindow&)>& ask) {
+  const int tab = tabs_->GetSelection();
+  asking_->Show();
+  {
+    BusyWindow window(*this);
+    ask(window);
+  }
+  asking_->Hide();
+  if (tabs_->GetSelection() != tab) OnTabChanged(tabs_->GetSelection());
+}
+
+bool CQLXConfigDlg::busy() const {
+  return restart_.running() || ports_->restarting() || printer_->saving() || asking_->IsShown();
 }
 
 void CQLXConfigDlg::OnApplyAll() {
-  if (restarting()) return;
+  if (busy()) return;
   for (SettingsPage* page : pages_) page->SaveToData();
   ShowBox(this, L"All settings saved.", BoxIcon::kInformation);
 }
 
 void CQLXConfigDlg::OnCancel() {
   // A window manager may ask for the close even while a box is open over the window.
-  if (restarting() || modal_depth_.count() > 1) return;
+  if (busy() || modal_depth_.count() > 1) return;
   if (!document_->changed()) return EndModal(wxID_CANCEL);
   const std::optional<bool> restart = AskYesNo(this, kRestartQuestion);
   if (!restart) return;  // neither Yes nor No: the window stays

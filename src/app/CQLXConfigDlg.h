@@ -1,21 +1,26 @@
 // The main window.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 #include <wx/dialog.h>
 #include <wx/modalhook.h>
 #include <wx/notebook.h>
+#include <wx/stattext.h>
 
 #include "config/ConfigDocument.h"
+#include "controls/BusyWindow.h"
 #include "controls/RestartProgress.h"
 #include "controls/SettingsPage.h"
+#include "controls/UiThreadCalls.h"
 #include "services/ServiceRestart.h"
 
 namespace qlx {
 
 class PORTSDialog;
+class PRINTERDialog;
 
 /// Counts the modal dialogs that are open, the main window included.
 class ModalDepth : public wxModalDialogHook {
@@ -53,18 +58,30 @@ class CQLXConfigDlg : public wxDialog {
   void OnTabChanged(int tab);
   void OnApplyAll();
   void OnCancel();
-  /// While a restart goes on, from here or from the COM Ports page.
-  bool restarting() const;
+  /// While a restart goes on, from here or from the COM Ports page, the printer page saves or the printer is
+  /// asked.
+  bool busy() const;
+
+  // The printer is asked once in a run for each of its answers, and given time to answer; a port that cannot
+  // be opened is logged.
+  void QueryPrinterAtStart();
+  void QueryPrinterForTab();
+  void WhileAsking(const std::function<void(BusyWindow&)>& ask);
 
   wxNotebook* tabs_;
   wxButton* apply_all_ = nullptr;
   /// The pages in the order in which they are initialised and saved.
   std::vector<SettingsPage*> pages_;
   PORTSDialog* ports_ = nullptr;
+  PRINTERDialog* printer_ = nullptr;
   std::unique_ptr<ConfigDocument> document_;
   bool editable_;
   bool shown_ = false;
+  bool information_requested_ = false;
+  bool code_pages_requested_ = false;
+  wxStaticText* asking_ = nullptr;  ///< shown while the printer is asked
   ModalDepth modal_depth_;
+  UiThreadCalls calls_;
   RestartProgress restart_progress_;
   ServiceRestart restart_;
 };

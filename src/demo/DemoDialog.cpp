@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include <wx/app.h>
 #include <wx/fontenum.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 
+#include "controls/BusyWindow.h"
 #include "controls/accessible_id.h"
 #include "demo/demo_commands.h"
 #include "demo/demo_kinds.h"
@@ -54,8 +54,7 @@ DemoDialog::DemoDialog(wxWindow* parent, DeviceKind kind, const std::wstring& po
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER),
       kind_(kind),
       session_(
-          std::move(open_port), [this] { calls_.Post([this] { ShowWaiting(); }); },
-          [] { wxTheApp->Yield(true); }) {
+          std::move(open_port), [this] { calls_.Post([this] { ShowWaiting(); }); }, ServePainting) {
   LayOut(port);
   BindEvents();
   if (!session_.Open(port)) {

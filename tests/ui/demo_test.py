@@ -26,8 +26,9 @@ TITLES = [
 PORT_OF = {MSR: "COM3", DISPLAY: "COM4", IBUTTON: "COM5", DRAWER_1: "COM6", DRAWER_2: "COM6", PCI: "COM7", PRINTER: "COM8"}
 ELEMENTS = (
     "<MSR_USB>COM3</MSR_USB><LD_USB>COM4</LD_USB><IB_USB>COM5</IB_USB>"
-    "<CD_USB>COM6</CD_USB><CD_PCI>COM7</CD_PCI><PRINTER_USB>COM8</PRINTER_USB>"
+    "<CD_USB>COM6</CD_USB><CD_PCI>COM7</CD_PCI>"
 )
+PRINTER_ELEMENT = "<PRINTER_USB>COM8</PRINTER_USB>"  # with it the program asks the printer first
 DEMO_QUESTION = (
     "Configuration file changed. You must restart the services before running the Demo.\n\n"
     "Do you want to restart the services now?"
@@ -46,7 +47,7 @@ class DemoCase(WindowCase):
 
     def open_demo(self, kind):
         """The program with the demo of one kind open, and the device's end of its port."""
-        tool = self.open_tool()
+        tool = self.open_tool(elements=ELEMENTS + PRINTER_ELEMENT if kind == PRINTER else ELEMENTS)
         tool.select(LIST, kind)
         tool.click(DEMO)
         tool.active_window(TITLES[kind])
@@ -63,7 +64,7 @@ class DemoCase(WindowCase):
 
 class Kinds(DemoCase):
     def test_every_kind_opens_its_window_on_its_port(self):
-        tool = self.open_tool()
+        tool = self.open_tool(elements=ELEMENTS + PRINTER_ELEMENT)
         for kind, title in enumerate(TITLES):
             tool.select(LIST, kind)
             tool.click(DEMO)
@@ -115,6 +116,7 @@ class Kinds(DemoCase):
 
     def test_the_receipt_is_printed(self):
         tool, printer = self.open_demo(PRINTER)
+        self.assertEqual(printer.receive(3), b"\x1dI\x01", "what the program asked when it started")
         tool.click(COMMAND)
         receipt = printer.receive(564)
         self.assertTrue(receipt.startswith(b"\x1b\x61\x01\x1b\x21\x09\x1d\x21\x35Harlune\n"))

@@ -42,6 +42,10 @@ class Port:
             data += os.read(self.device, size - len(data))
         return data
 
+    def is_silent(self):
+        """Whether the tool has sent nothing that was not received yet."""
+        return not select.select([self.device], [], [], 0)[0]
+
     def unplug(self):
         if self.device >= 0:
             os.unlink(self.link)

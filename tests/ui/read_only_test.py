@@ -14,6 +14,7 @@ NO_RIGHTS = (
     "Please run the application as Administrator if you need to change the settings."
 )
 MSR_CONTROLS = [*range(1001, 1019), 1029, 1024]
+PRINTER_CONTROLS = [1074, 1075, 1096, 1072, 1073]
 IBUTTON_CONTROLS = [*range(1040, 1051), 1033, 1034]
 
 
@@ -64,6 +65,19 @@ class ReadOnly(WindowCase):
         tool.tab("iButton")
         self.assertEqual([n for n in IBUTTON_CONTROLS if tool.enabled(n)], [])
         self.assertEqual((tool.text(1040), tool.chosen(1045)), ("0D 0A", "4"))
+
+    def test_the_printer_page_is_grey_and_the_printer_is_asked_all_the_same(self):
+        ports = Ports("COM8")
+        self.addCleanup(ports.close)
+        self.installation.write(ports_file("<PRINTER_USB>COM8</PRINTER_USB>"))
+        tool = self.start({"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", **ports.environment})
+        tool.answer("OK", NO_RIGHTS)
+        self.assertEqual(ports["COM8"].receive(3), b"\x1dI\x01")
+        ports["COM8"].send(bytes(33))
+        wait_for(lambda: tool.enabled(1000), "the end of the question")
+        tool.tab("Printer")
+        tool.await_printer()
+        self.assertEqual([n for n in PRINTER_CONTROLS if tool.enabled(n)], [])
 
     def test_the_message_comes_once_and_the_window_closes_at_once(self):
         tool = self.open_and_read(complete_file())

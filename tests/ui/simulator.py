@@ -57,7 +57,7 @@ class Simulator:
     def log(self):
         """What the logging service has written."""
         try:
-            with open(os.path.join(self.directory, "qlx.log"), encoding="utf-8", newline="") as log:
+            with open(os.path.join(self.directory, "qlx.log"), encoding="latin-1", newline="") as log:
                 return log.read()
         except FileNotFoundError:
             return ""

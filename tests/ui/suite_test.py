@@ -3,17 +3,12 @@
 import os
 import unittest
 
-from demo_test import CLOSE, COMMAND, COMMAND_2, DEMO_QUESTION, DISPLAY, DRAWER_1, DRAWER_2, HEX, IBUTTON, MSR, OUTPUT, PCI, PRINTER, TITLES
+from demo_test import CLOSE, COMMAND, COMMAND_2, DEMO_QUESTION, DISPLAY, DRAWER_1, DRAWER_2, ELEMENTS, HEX, IBUTTON, MSR, OUTPUT, PCI, PRINTER, PRINTER_ELEMENT, TITLES
 from devices import UsbDevices
 from ports_test import CONFIGURE, DEMO, DEVICE_1, DEVICE_2, DRAWERS, LIST, OK, PORT, ports_file
 from simulator import Simulator
 from tool import wait_for
 from window_case import WindowCase
-
-ELEMENTS = (
-    "<MSR_USB>COM3</MSR_USB><LD_USB>COM4</LD_USB><IB_USB>COM5</IB_USB>"
-    "<CD_USB>COM6</CD_USB><CD_PCI>COM7</CD_PCI><PRINTER_USB>COM8</PRINTER_USB>"
-)
 
 
 class Suite(WindowCase):
@@ -24,7 +19,7 @@ class Suite(WindowCase):
         return self.open(environment={**self.simulator.environment, **(environment or {})})
 
     def open_demo(self, kind):
-        tool = self.open_suite()
+        tool = self.open_suite(ELEMENTS + PRINTER_ELEMENT if kind == PRINTER else ELEMENTS)
         tool.select(LIST, kind)
         tool.click(DEMO)
         tool.active_window(TITLES[kind])

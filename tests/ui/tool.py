@@ -13,7 +13,7 @@ import pyatspi
 LIMIT = int(os.environ.get("QLX_UI_LIMIT", "30"))  # seconds that any single expectation may take
 
 # What a test starts ends with it, also when the test itself is killed.
-TIED = ["setpriv", "--pdeathsig", "TERM", "--"]
+TIED = [shutil.which("setpriv"), "--pdeathsig", "TERM", "--"]
 
 
 class Timeout(AssertionError):
@@ -129,6 +129,11 @@ class Tool:
 
     def main_window(self):
         return self.active_window("Quillon Configuration Tool")
+
+    def await_printer(self):
+        """Until the printer has been asked: the window takes no input meanwhile."""
+        wait_for(lambda: not self.enabled(1000), "the question to the printer")
+        wait_for(lambda: self.enabled(1000), "the end of the time that the printer has to answer")
 
     def window_titles(self):
         """The titles of the program's windows; for a message box the accessibility tree does not tell it."""

@@ -1,0 +1,229 @@
+#include "pages/PRINTERDialog.h"
+
+#include <utility>
+
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/hyperlink.h>
+#include <wx/log.h>
+#include <wx/sizer.h>
+#include <wx/statbox.h>
+#include <wx/stattext.h>
+#include <wx/utils.h>
+
+#include "controls/DropDownList.h"
+#include "controls/accessible_id.h"
+#include "controls/message_box.h"
+#include "log/levels.h"
+#include "pages/printer_hidden_controls.h"
+
+namespace qlx {
+namespace {
+
+constexpr int kCodePageLabel = 1087;
+constexpr int kCodePage = 1074;
+constexpr int kEmulation = 1075;
+constexpr int kUnsolicitedStatus = 1096;
+constexpr int kLink = 1095;
+constexpr int kDefaultButton = 1072;
+constexpr int kApplyButton = 1073;
+
+constexpr char kHomePage[] = "https://www.harlune.example";
+constexpr char kSupportPage[] = "https://support.harlune.example";
+
+/// Ends with this word on purpose: the line that goes on with it has the link.
+constexpr char kNote[] =
+    "Note:\nPlease use the Harlune Mirel Printer Configuration Utility for other printer configurations.\n"
+    "The utility provides a rich set of features including: firmware download, font download, bitmap "
+    "download, paper saving options and paper sensing settings.\nThe";
+constexpr int kNoteCharacters = 75;
+
+constexpr char kNotAnswered[] =
+    "The printer has not answered: these are standard values, not the stored ones.\n"
+    "Apply stores what is shown here.";
+
+constexpr wchar_t kNoDocument[] =
+    L"Error loading Log settings!\nExiting program.";  // the Logging page's words
+constexpr wchar_t kSaved[] = L"Printer settings saved.";
+
+wxArrayString Items(const std::vector<std::wstring>& items) {
+  wxArrayString strings;
+  strings.Alloc(items.size());
+  for (const std::wstring& item : items) strings.Add(item);
+  return strings;
+}
+
+}  // namespace
+
+PRINTERDialog::PRINTERDialog(wxWindow* parent, FatalEnd end_program)
+    : SettingsPage(parent),
+      end_program_(std::move(end_program)),
+      log_(ThisPrinterLog()),
+      query_(
+          settings_, platform::OpenSerialPort, log_, [this] { calls_.Post([this] { ShowAnswers(); }); },
+          ServePainting) {
+  MakeControls();
+  hidden_ = MakeHiddenPrinterControls(this);
+  LayOut();
+  BindEvents();
+}
+
+PRINTERDialog::~PRINTERDialog() {
+  query_.Close();
+  calls_.Close();
+  if (saver_.joinable()) saver_.join();
+}
+
+/// In tab order.
+void PRINTERDialog::MakeControls() {
+  code_page_ =
+      new DropDownList(this, kCodePage, wxDefaultPosition, wxDefaultSize, Items(settings_.code_page().items));
+  SetAccessibleName(*code_page_, "Set Code Page:");
+  emulation_ = new DropDownList(this, kEmulation, wxDefaultPosition, wxDefaultSize,
+                                Items(settings_.emulation().items));
+  SetAccessibleName(*emulation_, "Programming Interface:");
+  link_ = new wxHyperlinkCtrl(this, kLink, kSupportPage, kHomePage);
+  new wxButton(this, kDefaultButton, "Default");
+  unsolicited_status_ = new wxCheckBox(this, kUnsolicitedStatus, "Unsolicited Status");
+  new wxButton(this, kApplyButton, "Apply");
+}
+
+void PRINTERDialog::LayOut() {
+  auto* note = new wxStaticText(this, wxID_ANY, kNote);
+  note->Wrap(kNoteCharacters * GetCharWidth());
+  auto* link = new wxBoxSizer(wxHORIZONTAL);
+  link->Add(new wxStaticText(this, wxID_ANY, "Download the utility from "), wxSizerFlags().CentreVertical());
+  link->Add(link_, wxSizerFlags().CentreVertical());
+  link->Add(new wxStaticText(this, wxID_ANY, "."), wxSizerFlags().CentreVertical());
+  auto* buttons = new wxBoxSizer(wxHORIZONTAL);
+  buttons->Add(FindWindow(kDefaultButton), wxSizerFlags().Border(wxRIGHT));
+  buttons->Add(FindWindow(kApplyButton));
+
+  auto* page = new wxBoxSizer(wxVERTICAL);
+  page->Add(LayOutSetup(), wxSizerFlags().Expand().Border(wxALL));
+  page->Add(note, wxSizerFlags().Border(wxLEFT | wxRIGHT));
+  page->Add(link, wxSizerFlags().Border(wxLEFT | wxRIGHT));
+  page->AddStretchSpacer();
+  page->Add(buttons, wxSizerFlags().Right().Border(wxALL));
+  SetSizer(page);
+}
+
+wxSizer* PRINTERDialog::LayOutSetup() {
+  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, "Printer Setup");
+  auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
+  const auto add = [&](int label_id, const char* label, wxWindow* control) {
+    grid->Add(new wxStaticText(this, label_id, label), wxSizerFlags().CentreVertical());
+    grid->Add(control, wxSizerFlags().CentreVertical());
+  };
+  add(kCodePageLabel, "Set Code Page:", code_page_);
+  add(wxID_ANY, "Programming Interface:", emulation_);
+  grid->AddSpacer(0);
+  grid->Add(unsolicited_status_);
+  group->Add(grid, wxSizerFlags().Border(wxALL));
+  state_ = new wxStaticText(this, wxID_ANY, kNotAnswered);
+  group->Add(state_, wxSizerFlags().Border(wxALL).ReserveSpaceEvenIfHidden());
+  return group;
+}
+
+void PRINTERDialog::BindEvents() {
+  emulation_->Bind(wxEVT_CHOICE, [this](wxCommandEvent& event) {
+    ReadBack();
+    settings_.ChooseEmulation(event.GetSelection());
+    Fill();
+  });
+  link_->Bind(wxEVT_HYPERLINK, [this](wxHyperlinkEvent&) { OpenWebPage(); });
+  Bind(
+      wxEVT_BUTTON,
+      [this](wxCommandEvent&) {
+        ReadBack();
+        settings_.SetDefaults();
+        Fill();
+      },
+      kDefaultButton);
+  Bind(
+      wxEVT_BUTTON, [this](wxCommandEvent&) { Apply(); }, kApplyButton);
+}
+
+void PRINTERDialog::Initialise(ConfigDocument* document, bool editable) {
+  if (document == nullptr) {
+    log_.line(LEVEL_ERROR, "PRINTERDialog::Initialize - Error loading Log settings");
+    return end_program_(kNoDocument);
+  }
+  document_ = document;
+  settings_.Load(document_->ReadSection(L"Ports_Configuration"),
+                 document_->ReadSection(std::wstring(PRINTERSettings::kSection)));
+  Fill();
+  PublishIds(*this);
+  if (!editable) Disable();
+}
+
+void PRINTERDialog::Fill() {
+  code_page_->Set(Items(settings_.code_page().items));
+  code_page_->SetSelection(settings_.code_page().chosen);
+  emulation_->SetSelection(settings_.emulation().chosen);
+  unsolicited_status_->SetValue(settings_.unsolicited_status());
+  state_->Show(!settings_.shows_stored());
+}
+
+void PRINTERDialog::ReadBack() {
+  settings_.ChooseCodePage(code_page_->GetSelection());
+  settings_.SetUnsolicitedStatus(unsolicited_status_->GetValue());
+}
+
+void PRINTERDialog::ClosePort() {
+  query_.Close();
+  ShowAnswers();
+}
+
+void PRINTERDialog::RequestCodePages() {
+  query_.RequestCodePages();
+  Fill();
+}
+
+void PRINTERDialog::ShowAnswers() {
+  ReadBack();
+  if (query_.TakeAnswers()) Fill();
+}
+
+void PRINTERDialog::OpenWebPage() {
+  const wxLogNull no_box_of_the_toolkits;
+  if (wxLaunchDefaultBrowser(kHomePage)) return;
+  ShowBox(wxGetTopLevelParent(this),
+          L"No web browser could be started.\nThe page is " + wxString(kHomePage).ToStdWstring(),
+          BoxIcon::kExclamation);
+}
+
+void PRINTERDialog::SaveToData() {
+  ReadBack();
+  PRINTERSettings::Save(settings_.Values(end_program_), *document_);
+}
+
+void PRINTERDialog::Apply() {
+  if (saving_) return;
+  ReadBack();
+  saving_ = true;
+  if (saver_.joinable()) saver_.join();
+  saver_ = std::thread([this, values = settings_.Values(end_program_)] { Save(values); });
+}
+
+/// On the worker thread; this one waits for each step, so that the document is used by one at a time.
+void PRINTERDialog::Save(const PrinterValues& values) {
+  calls_.Run([this] { OnSaving(true); });
+  PRINTERSettings::Save(values, *document_);
+  calls_.Run([this] { OnSaving(false); });
+}
+
+void PRINTERDialog::OnSaving(bool begins) {
+  if (begins) {
+    busy_.emplace(*wxGetTopLevelParent(this));
+    Disable();
+    return;
+  }
+  Enable();
+  busy_.reset();
+  saving_ = false;
+  ShowBox(wxGetTopLevelParent(this), kSaved, BoxIcon::kInformation);
+  log_.line(LEVEL_VERBOSE, "PRINTERDialog - Settings saved");
+}
+
+}  // namespace qlx
