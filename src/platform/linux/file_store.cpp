@@ -11,6 +11,7 @@
 #include "platform/linux/Descriptor.h"
 #include "platform/linux/TemporaryFile.h"
 #include "platform/linux/path_text.h"
+#include "platform/linux/regular_file.h"
 
 namespace qlx::platform {
 namespace {
@@ -27,12 +28,6 @@ constexpr std::size_t kLargestInPlace = std::size_t{64} << 20;
 
 WriteFailure Failed(const char* step) {
   return {step, errno};
-}
-
-std::optional<struct stat> StatusOf(const fs::path& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  return status;
 }
 
 /// Where a chain of symbolic links ends, whether or not a file is there.
@@ -112,30 +107,6 @@ std::optional<WriteFailure> CopyBytes(int source, TemporaryFile& copy) {
     if (got == 0) return copy.PutInPlace();
     if (const auto failure = copy.Append({block.data(), static_cast<std::size_t>(got)})) return failure;
   }
-}
-
-/// A regular file open for reading.
-struct OpenedFile {
-  ReadStatus status;
-  Descriptor descriptor{-1};
-  struct stat info {};
-};
-
-OpenedFile OpenRegular(const fs::path& name) {
-  OpenedFile file{ReadStatus::kUnreadable};
-  const auto before = StatusOf(name);
-  if (!before) {
-    if (errno == ENOENT || errno == ENOTDIR) file.status = ReadStatus::kMissing;
-    return file;
-  }
-  // Asked before the open too: to open a device can have effects of its own.
-  file.status = ReadStatus::kNotRegular;
-  if (!S_ISREG(before->st_mode)) return file;
-  file.descriptor = Descriptor(Retry([&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
-  file.status = ReadStatus::kUnreadable;
-  if (!file.descriptor || fstat(file.descriptor.number(), &file.info) != 0) return file;
-  file.status = S_ISREG(file.info.st_mode) ? ReadStatus::kRead : ReadStatus::kNotRegular;
-  return file;
 }
 
 class LinuxFileStore final : public FileStore {
