@@ -27,13 +27,15 @@ constexpr Pass kPlain[] = {{0, 1}};
 struct Input {
   PictureBytes& bytes;
   std::uint64_t limit;
+  std::uint8_t last = 0;  ///< byte that was read
 };
 
 int ReadInput(GifFileType* gif, GifByteType* bytes, int count) {
   auto& input = *static_cast<Input*>(gif->UserData);
   const auto size = static_cast<std::size_t>(count);
-  if (input.limit < size || !input.bytes.Read({bytes, size})) return 0;
+  if (size == 0 || input.limit < size || !input.bytes.Read({bytes, size})) return 0;
   input.limit -= size;
+  input.last = bytes[size - 1];
   return count;
 }
 
@@ -111,6 +113,8 @@ std::optional<DecodedImage> DecodeGif(PictureBytes& bytes) {
   const GifImageDesc& frame = gif->Image;
   const ColorMapObject* const table = frame.ColorMap != nullptr ? frame.ColorMap : gif->SColorMap;
   if (table == nullptr || !IsSizeAllowed(frame.Width, frame.Height)) return std::nullopt;
+  // The last byte of a frame's header says how many bits a colour takes; giflib refuses too many, not none.
+  if (input.last == 0) return std::nullopt;
 
   auto screen = NewImage(gif->SWidth, gif->SHeight);
   if (!screen) return std::nullopt;
