@@ -4,7 +4,7 @@ import re
 import sys
 from pathlib import Path
 
-SOURCE_FOLDERS = ("src", "sim", "tests", "bench")
+SOURCE_FOLDERS = ("src", "sim", "tests", "bench", "fuzz")
 SOURCE_ENDINGS = (".h", ".cpp")
 
 _COMMENT_OR_LITERAL = re.compile(

@@ -15,14 +15,16 @@
 namespace qlx::platform {
 
 class PictureTest : public ::testing::Test {
+ public:
+  PictureTest(const PictureTest&) = delete;
+  PictureTest& operator=(const PictureTest&) = delete;
+
  protected:
   PictureTest() {
     std::string name = std::filesystem::temp_directory_path() / "qlx-picture-XXXXXX";
     if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
     directory_ = name;
   }
-  PictureTest(const PictureTest&) = delete;
-  PictureTest& operator=(const PictureTest&) = delete;
   ~PictureTest() override { std::filesystem::remove_all(directory_); }
 
   std::filesystem::path Path(const std::string& name = "picture") const { return directory_ / name; }

@@ -1,10 +1,8 @@
 // Files made to break the picture decoders: each ends in its stated way, and nothing crashes, hangs or grows.
 #include <random>
 
-#include <sys/resource.h>
-#include <sys/socket.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -116,12 +114,18 @@ TEST_F(HostilePicture, ADirectoryIsRefused) {
   EXPECT_FALSE(DecodeImageFile(directory_.wstring()));
 }
 
-TEST_F(HostilePicture, APipeIsNeverWaitedFor) {
+TEST_F(HostilePicture, APipeIsRefusedUnopened) {
   ASSERT_EQ(mkfifo(Path().c_str(), 0666), 0);
+  const int opens = inotify_init1(IN_NONBLOCK);
+  ASSERT_GE(inotify_add_watch(opens, Path().c_str(), IN_OPEN), 0);
   EXPECT_FALSE(DecodeImageFile(Path().wstring()));
+  inotify_event event{};
+  EXPECT_EQ(read(opens, &event, sizeof event), -1);
+  EXPECT_EQ(errno, EAGAIN);
+  close(opens);
 }
 
-TEST_F(HostilePicture, ADeviceIsNeverOpened) {
+TEST_F(HostilePicture, ADeviceIsRefused) {
   std::filesystem::create_symlink("/dev/zero", Path());
   EXPECT_FALSE(DecodeImageFile(Path().wstring()));
 }
@@ -161,6 +165,10 @@ TEST_F(HostileBmp, Of60000By60000IsRefusedBeforeMemoryIsAskedFor) {
   ExpectRefusedUnallocated(Sized(60000, 60000));
   ExpectRefusedUnallocated(Bmp{.info_size = 12, .width = 60000, .height = 60000}.Bytes());
   ExpectRefusedUnallocated(Sized(60000, static_cast<std::uint32_t>(-60000)));
+}
+
+TEST_F(HostileBmp, OfAFewPixelsTooManyIsRefusedBeforeMemoryIsAskedFor) {
+  ExpectRefusedUnallocated(Sized(7072, 7071));
 }
 
 TEST_F(HostileBmp, OfAsManyPixelsAsMayBeIsReadAndNotOneRowMore) {
@@ -450,6 +458,14 @@ TEST_F(HostileGif, OfAFrameOf60000By60000IsRefusedBeforeMemoryIsAskedFor) {
   ExpectRefusedUnallocated(With(kFrameSize, Size(7072, 7071)));
 }
 
+TEST_F(HostileGif, OfAFrameOfAsManyPixelsAsMayBeIsReadAndNotOfOneRowMore) {
+  Gif gif;
+  gif.frames = {{.rows = std::vector(5'000, std::string(10'000, '0'))}};
+  EXPECT_TRUE(IsPicture(Decoded(gif.Bytes()), 4, 4));
+  gif.frames[0].rows.emplace_back(10'000, '0');
+  ExpectRefused(gif.Bytes());
+}
+
 TEST_F(HostileGif, WithoutWidthOrHeightIsRefused) {
   for (const std::size_t at : {kScreen, kFrameSize}) {
     ExpectRefused(With(at, Size(0, 4)));
@@ -477,6 +493,12 @@ TEST_F(HostileGif, OfAFrameOutsideItsScreenIsWhite) {
 TEST_F(HostileGif, OfACodeSizeThatDoesNotExistIsRefused) {
   ASSERT_EQ(good_[kCodeSize], '\2');
   for (const char size : {'\0', '\x9', '\xB', '\xC', '\xD', '\xFF'}) ExpectRefused(With(kCodeSize, {size}));
+}
+
+TEST_F(HostileGif, OfACodeSizeOf0IsRefusedThoughItsCodesCanBeRead) {
+  const std::string only_zeros = "\xA" + std::string(10, '\0') + std::string(1, '\0');
+  EXPECT_TRUE(Decoded(good_.substr(0, kCodeSize) + '\2' + only_zeros));
+  ExpectRefused(good_.substr(0, kCodeSize) + '\0' + only_zeros);
 }
 
 TEST_F(HostileGif, WhoseColoursDoNotFitItsPaletteIsBlackThere) {
@@ -510,10 +532,15 @@ TEST_F(HostileGif, OfCodesThatDoNotExistIsRefused) {
   ExpectRefused(good_.substr(0, kCodeSize) + FromHex("02 04 FFFFFFFF 00 3B"));
 }
 
-TEST_F(HostileGif, OfNothingButClearCodesIsGivenUp) {
-  std::string bytes = good_.substr(0, kCodeSize) + "\1";
-  for (int i = 0; i < 20'000; ++i) bytes += '\xFF' + std::string(255, '\xAA');  // codes of 2 bits, each a 2
-  ExpectRefused(bytes);
+TEST_F(HostileGif, OfMoreClearCodesThanItsPixelsCanNeedIsGivenUp) {
+  const auto cleared = [this](int blocks) {
+    std::string bytes = good_.substr(0, kCodeSize) + '\1';
+    for (int i = 0; i < blocks; ++i)
+      bytes += '\xFF' + std::string(255, '\xAA');                          // codes of 2 bits: all clear
+    return bytes + '\x8' + std::string(8, '\x88') + std::string(1, '\0');  // a pixel, clear, a pixel...
+  };
+  EXPECT_TRUE(Decoded(cleared(200)));
+  ExpectRefused(cleared(300));
 }
 
 TEST_F(HostileGif, OfAnUnknownBlockIsRefused) {

@@ -107,7 +107,7 @@ bool ReadFrame(GifFileType* gif, const std::array<Colour, 256>& palette, const R
 std::optional<DecodedImage> DecodeGif(PictureBytes& bytes) {
   Input input{bytes, UINT64_MAX};
   const Gif gif(DGifOpen(&input, ReadInput, nullptr));
-  if (!gif || !IsSizeAllowed(gif->SWidth, gif->SHeight)) return std::nullopt;
+  if (!gif) return std::nullopt;
   int transparent = NO_TRANSPARENT_COLOR;
   if (!FindFrame(gif.get(), transparent)) return std::nullopt;
   const GifImageDesc& frame = gif->Image;
