@@ -6,11 +6,11 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/xml_dom.h"
 #include "tests/config/Installation.h"
+#include "tests/support/growth_in_child.h"
 
 namespace qlx {
 namespace {
@@ -64,22 +64,7 @@ class HostileFile : public Installation {
   /// Bytes by which a start on `bytes` makes a process grow at its peak.
   std::size_t GrowthOfStart(const std::string& bytes) {
     Write(bytes);
-    int ends[2];
-    EXPECT_EQ(pipe(ends), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-      const long before = PeakKilobytes();
-      Started();
-      const long growth = PeakKilobytes() - before;
-      _exit(write(ends[1], &growth, sizeof growth) == sizeof growth ? 0 : 1);
-    }
-    close(ends[1]);
-    long growth = 0;
-    EXPECT_EQ(read(ends[0], &growth, sizeof growth), static_cast<ssize_t>(sizeof growth));
-    close(ends[0]);
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+    const long growth = testing::GrowthInChild(PeakKilobytes, [&] { Started(); });
     return static_cast<std::size_t>(growth) * 1024;
   }
 
@@ -203,9 +188,9 @@ TEST_F(HostileFile, AttributesThatADocumentTypeGivesEveryElementAreBounded) {
 }
 
 TEST_F(HostileFile, AByteThatItsEncodingLacksIsReplacedWithoutAWordOnStandardError) {
-  testing::internal::CaptureStderr();
+  ::testing::internal::CaptureStderr();
   ExpectReplaced("<?xml version='1.0' encoding='windows-1252'?><MZP>\x81</MZP>");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(HostileFile, TwoHundredLevelsAreReadAndNotOneMore) {

@@ -3,10 +3,10 @@
 
 #include <sys/inotify.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/platform/PictureTest.h"
+#include "tests/support/growth_in_child.h"
 
 namespace qlx::platform {
 namespace {
@@ -45,23 +45,7 @@ class HostilePicture : public PictureTest {
   /// KiB of address space by which a process grows at its peak.
   long GrowthOfDecoding(const std::string& bytes) {
     Write(bytes);
-    int ends[2];
-    EXPECT_EQ(pipe(ends), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-      const long before = PeakKilobytes();
-      DecodeImageFile(Path().wstring());
-      const long growth = PeakKilobytes() - before;
-      _exit(write(ends[1], &growth, sizeof growth) == sizeof growth ? 0 : 1);
-    }
-    close(ends[1]);
-    long growth = 0;
-    EXPECT_EQ(read(ends[0], &growth, sizeof growth), static_cast<ssize_t>(sizeof growth));
-    close(ends[0]);
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-    return growth;
+    return testing::GrowthInChild(PeakKilobytes, [&] { DecodeImageFile(Path().wstring()); });
   }
 
   static long PeakKilobytes() {
