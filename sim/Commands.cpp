@@ -1,12 +1,12 @@
 #include "sim/Commands.h"
 
 #include <algorithm>
-#include <charconv>
 #include <functional>
 #include <iterator>
 #include <limits>
 #include <sstream>
 
+#include "sim/command_arguments.h"
 #include "sim/hex_bytes.h"
 #include "sim/printable.h"
 
@@ -16,40 +16,13 @@ namespace {
 constexpr int kMostGarbage = 65536;
 constexpr int kLongestPause = 60'000;
 constexpr std::size_t kMostCodePages = 512;
+constexpr std::string_view kPrinterArguments = "NAME | type N | pages [[KIND:]NUMBER...]";
 constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
-
-/// The whole of `text` as a number from `least` to `most`.
-std::optional<int> ReadNumber(std::string_view text, int least, int most) {
-  int number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stopped, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stopped != end || number < least || number > most) return std::nullopt;
-  return number;
-}
-
-Refusal NoKind(const std::string& word) {
-  std::string names;
-  for (const KindFacts& facts : kKinds) names.append(" ").append(facts.name);
-  return Printable(word) + " is no device: there are" + names;
-}
-
-Refusal NoNumber(const std::string& word, int least, int most) {
-  return Printable(word) + " is no number from " + std::to_string(least) + " to " + std::to_string(most);
-}
 
 /// Calls `action` with the device that `word` names.
 Refusal WithKind(const std::string& word, const std::function<Refusal(Kind)>& action) {
   const auto kind = KindOf(word);
   return kind ? action(*kind) : NoKind(word);
-}
-
-/// The tracks that `text` holds between its bars, or empty when they are too many.
-std::optional<Tracks> ReadTracks(const std::string& text) {
-  Tracks tracks;
-  std::istringstream rest(text);
-  for (std::string& track : tracks) std::getline(rest, track, '|');
-  if (std::ranges::count(text, '|') >= static_cast<std::ptrdiff_t>(tracks.size())) return std::nullopt;
-  return tracks;
 }
 
 /// "[pci] N" to that drawer.
@@ -66,15 +39,6 @@ Refusal SetOpen(Drawer& drawer, bool open) {
   if (!drawer.present) return "that drawer is not present";
   drawer.open = open;
   return {};
-}
-
-/// "NUMBER" or "KIND:NUMBER", the kind in hexadecimal.
-std::optional<CodePage> ReadCodePage(const std::string& word) {
-  const std::size_t colon = word.find(':');
-  const auto kind = colon == std::string::npos ? std::string("\x01") : FromHex(word.substr(0, colon));
-  const auto number = ReadNumber(colon == std::string::npos ? word : word.substr(colon + 1), 0, 0xFFFF);
-  if (!kind || kind->size() != 1 || !number) return std::nullopt;
-  return CodePage{static_cast<std::uint8_t>(kind->front()), static_cast<std::uint16_t>(*number)};
 }
 
 }  // namespace
@@ -99,7 +63,7 @@ const Commands::Row Commands::kRows[] = {
     {"present", "[pci] N", 1, 2, &Commands::Present},
     {"unplug", "KIND", 1, 1, &Commands::Unplug},
     {"plug", "KIND", 1, 1, &Commands::Plug},
-    {"printer", "type N | pages [[KIND:]NUMBER...]", 1, kAnyNumber, &Commands::Printer},
+    {"printer", kPrinterArguments, 1, kAnyNumber, &Commands::Printer},
     {"garbage", "N [KIND]", 1, 2, &Commands::Garbage},
     {"flood", "KIND on|off", 2, 2, &Commands::Flood},
     {"send", "KIND HEXBYTES", 2, 2, &Commands::SendBytes},
@@ -129,6 +93,7 @@ Refusal Commands::Help(const Arguments&) {
   for (const Row& row : kRows) {
     lines_ += std::string(row.word) + (row.arguments.empty() ? "" : " ") + std::string(row.arguments) + "\n";
   }
+  lines_ += "KIND:" + KindNames() + "\nNAME:" + PrinterNames() + "\n";
   return {};
 }
 
@@ -190,9 +155,13 @@ Refusal Commands::Plug(const Arguments& arguments) {
 
 Refusal Commands::Printer(const Arguments& arguments) {
   const auto& words = arguments.words;
-  if (words[0] == "type" && words.size() == 2) return PrinterType(words[1]);
   if (words[0] == "pages") return PrinterPages({words.begin() + 1, words.end()});
-  return "usage: printer type N | pages [[KIND:]NUMBER...]";
+  if (words[0] == "type" && words.size() == 2) return PrinterType(words[1]);
+  if (words.size() != 1) return "usage: printer " + std::string(kPrinterArguments);
+  const auto* const printer = FindDescribedPrinter(words[0]);
+  if (printer == nullptr) return NoPrinter(words[0]);
+  ports_.devices().printer.Become(*printer);
+  return {};
 }
 
 Refusal Commands::PrinterType(const std::string& word) {

@@ -10,6 +10,7 @@ namespace qlx::sim {
 /// What a device does on something that it received.
 struct Reaction {
   std::string answer;              ///< bytes to the program
+  std::vector<std::string> later;  ///< further bursts, each after a pause
   std::vector<std::string> lines;  ///< to be said
 };
 

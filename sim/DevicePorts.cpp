@@ -40,7 +40,8 @@ Device& Devices::Of(Kind kind) {
 DevicePorts::Port::Port(EventLoop& loop, DevicePorts& owner, const std::string& port_name)
     : name(port_name),
       tty(loop, owner.links_ / (std::string(kLinkStart) + port_name),
-          [this, &owner](std::string_view bytes) { owner.Receive(*this, bytes); }) {
+          [this, &owner](std::string_view bytes) { owner.Receive(*this, bytes); }),
+      answers(loop, [this, &owner](std::string_view bytes) { owner.Send(*kind, bytes); }) {
   tty.Plug();
 }
 
@@ -75,7 +76,10 @@ void DevicePorts::Stop() {
   running_ = false;
   dripping_.clear();
   KeepReceipt();
-  for (Port& port : ports_) port.tty.Quiet();
+  for (Port& port : ports_) {
+    port.answers.Clear();
+    port.tty.Quiet();
+  }
 }
 
 void DevicePorts::Assign(const DeviceSettings& settings) {
@@ -167,6 +171,7 @@ Refusal DevicePorts::Unplug(Kind kind) {
   if (port == nullptr) return Text(kind) + " has no port";
   if (kind == Kind::kPrinter) KeepReceipt();
   dripping_.erase(kind);
+  port->answers.Clear();
   unplugged_.insert(kind);
   return SettlePort(*port);
 }
@@ -187,11 +192,11 @@ std::vector<std::string> DevicePorts::Status() const {
   return lines;
 }
 
-void DevicePorts::Receive(const Port& port, std::string_view bytes) {
+void DevicePorts::Receive(Port& port, std::string_view bytes) {
   if (!running_ || !port.kind) return;
   const Reaction reaction = devices_.Of(*port.kind).Receive(bytes);
   for (const std::string& line : reaction.lines) say_(line);
-  if (!reaction.answer.empty()) Send(*port.kind, reaction.answer);
+  port.answers.Add(reaction);
   if (port.kind == Kind::kPrinter) ReceivePrinted();
 }
 

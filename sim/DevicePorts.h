@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "sim/BurstQueue.h"
 #include "sim/CashDrawers.h"
 #include "sim/DeviceSettings.h"
 #include "sim/EventLoop.h"
@@ -21,6 +22,7 @@
 #include "sim/MsrReader.h"
 #include "sim/ReceiptFolder.h"
 #include "sim/ReceiptPrinter.h"
+#include "sim/Refusal.h"
 #include "sim/Say.h"
 #include "sim/VirtualPort.h"
 
@@ -36,9 +38,6 @@ struct Devices {
   CashDrawers pci{"pci", {Drawer{}, Drawer{.present = false}}};
   ReceiptPrinter printer;
 };
-
-/// Why something was not done, as a sentence without its point; empty when it was.
-using Refusal = std::string;
 
 /// The ports are there as long as the object; devices answer between Start and Stop. Belongs to its loop's
 /// thread.
@@ -82,6 +81,7 @@ class DevicePorts {
     std::string name;
     std::optional<Kind> kind;
     VirtualPort tty;
+    BurstQueue answers;
   };
   struct Dripping {
     std::string rest;
@@ -94,7 +94,7 @@ class DevicePorts {
   void Assign(const DeviceSettings& settings);
   void AssignOne(Kind kind, const std::string& name);
   Refusal SettlePort(Port& port);
-  void Receive(const Port& port, std::string_view bytes);
+  void Receive(Port& port, std::string_view bytes);
   void ReceivePrinted();
   void KeepReceipt();
   void Drip(Kind kind);

@@ -11,7 +11,7 @@ constexpr std::string_view kClear = "\x1F\x10\x04";
 
 Reaction LineDisplay::Receive(std::string_view bytes) {
   for (const char byte : bytes) Take(byte);
-  return {{}, {"line display: [" + lines_[0] + "] [" + lines_[1] + "]"}};
+  return {{}, {}, {"line display: [" + lines_[0] + "] [" + lines_[1] + "]"}};
 }
 
 void LineDisplay::Take(char byte) {

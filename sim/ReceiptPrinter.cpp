@@ -1,5 +1,6 @@
 #include "sim/ReceiptPrinter.h"
 
+#include <numeric>
 #include <utility>
 
 namespace qlx::sim {
@@ -17,27 +18,51 @@ std::string Header(std::string_view query) {
   return header;
 }
 
+std::string Nonsense() {
+  std::string bytes(256, '\0');
+  std::iota(bytes.begin(), bytes.end(), '\0');
+  return bytes;
+}
+
 }  // namespace
 
 Reaction ReceiptPrinter::Receive(std::string_view bytes) {
-  Reaction reaction{{}, {"printer: " + std::to_string(bytes.size()) + " bytes"}};
+  Reaction reaction{{}, {}, {"printer: " + std::to_string(bytes.size()) + " bytes"}};
   for (const char byte : bytes) {
     paper_ += byte;
     if (paper_.ends_with(kInformationQuery)) {
       paper_.resize(paper_.size() - kInformationQuery.size());
-      reaction.answer += DeviceInformation();
+      Answer(DeviceInformation(), reaction);
       reaction.lines.emplace_back("printer: device information asked for");
     } else if (paper_.ends_with(kCodePagesQuery)) {
       paper_.resize(paper_.size() - kCodePagesQuery.size());
-      reaction.answer += CodePageList();
+      Answer(CodePageList(), reaction);
       reaction.lines.emplace_back("printer: code page list asked for");
     }
   }
   return reaction;
 }
 
+void ReceiptPrinter::Become(const DescribedPrinter& printer) {
+  printer_ = &printer;
+  type_ = printer.type;
+  pages_.assign(printer.pages.begin(), printer.pages.end());
+}
+
 std::string ReceiptPrinter::TakePaper() {
   return std::exchange(paper_, {});
+}
+
+void ReceiptPrinter::Answer(const std::string& proper, Reaction& reaction) const {
+  if (printer_->manner == AnswerManner::kNone) return;
+  const std::string whole = printer_->manner == AnswerManner::kNonsense ? Nonsense() : proper;
+  const std::string first = whole.substr(0, printer_->first_burst);
+  if (reaction.later.empty()) {
+    reaction.answer += first;
+  } else {
+    reaction.later.push_back(first);
+  }
+  if (first.size() < whole.size()) reaction.later.push_back(whole.substr(first.size()));
 }
 
 std::string ReceiptPrinter::DeviceInformation() const {
@@ -46,11 +71,14 @@ std::string ReceiptPrinter::DeviceInformation() const {
 
 std::string ReceiptPrinter::CodePageList() const {
   std::string answer = Header(kCodePagesQuery);
-  for (const CodePage& page : pages_) {
-    answer += static_cast<char>(page.kind);
-    answer += static_cast<char>(page.number >> 8);
-    answer += static_cast<char>(page.number & 0xFF);
-  }
+  do {
+    for (const CodePage& page : pages_) {
+      answer += static_cast<char>(page.kind);
+      answer += static_cast<char>(page.number >> 8);
+      answer += static_cast<char>(page.number & 0xFF);
+    }
+  } while (!pages_.empty() && answer.size() < printer_->list_size);
+  if (printer_->list_size != 0) answer.resize(printer_->list_size);
   return answer;
 }
 

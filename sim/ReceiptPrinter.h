@@ -6,23 +6,22 @@
 #include <vector>
 
 #include "sim/Device.h"
+#include "sim/described_printers.h"
 
 namespace qlx::sim {
 
-struct CodePage {
-  std::uint8_t kind;
-  std::uint16_t number;
-};
-
-/// Answers two queries, device information (1D 49 01) and code page list (1D 4E 05 02); everything else is
-/// printed.
+/// Answers two queries, device information (1D 49 01) and code page list (1D 4E 05 02), as the printer that
+/// it is; everything else is printed.
 class ReceiptPrinter : public Device {
  public:
-  static constexpr std::uint8_t kTypeWithCodePages = 9;
+  ReceiptPrinter() { Become(kDescribedPrinters[0]); }
 
   /// Says how many bytes came.
   Reaction Receive(std::string_view bytes) override;
 
+  /// From the next query on it is `printer`, which must outlive it.
+  void Become(const DescribedPrinter& printer);
+  /// Departures from it, until it becomes another.
   void SetType(std::uint8_t type) { type_ = type; }
   void SetCodePages(std::vector<CodePage> pages) { pages_ = std::move(pages); }
 
@@ -31,13 +30,14 @@ class ReceiptPrinter : public Device {
   std::string TakePaper();
 
  private:
+  void Answer(const std::string& proper, Reaction& reaction) const;
   std::string DeviceInformation() const;
   std::string CodePageList() const;
 
   std::string paper_;
-  std::uint8_t type_ = kTypeWithCodePages;
-  std::vector<CodePage> pages_{{1, 437}, {1, 858}, {1, 863}, {1, 860},
-                               {1, 865}, {1, 852}, {1, 866}, {1, 1252}};
+  const DescribedPrinter* printer_ = nullptr;
+  std::uint8_t type_ = 0;
+  std::vector<CodePage> pages_;
 };
 
 }  // namespace qlx::sim

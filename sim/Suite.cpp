@@ -21,6 +21,7 @@ Suite::Suite(EventLoop& loop, const SuiteOptions& options, const Say& say)
         name + ".service", behaviour, [this, logs] { return logs ? log_service_.Start() : StartDevices(); },
         [this, logs] { logs ? log_service_.Stop() : devices_.Stop(); });
   }
+  devices_.devices().printer.Become(*options.printer);
   if (options.never_answer) manager_.FallSilent();
 }
 

@@ -25,6 +25,7 @@ struct SuiteOptions {
   std::filesystem::path log_directory;  ///< exists
   std::vector<std::string> ports{"COM3", "COM4", "COM5", "COM6", "COM7", "COM8", "COM9", "COM10"};
   std::map<std::string, UnitBehaviour> behaviours{{"QLXSVC", {}}, {"QLXLOGSVC", {}}};
+  const DescribedPrinter* printer = &kDescribedPrinters[0];
   bool never_answer = false;
 };
 

@@ -60,6 +60,15 @@ void AddPorts(CLI::App& app, SuiteOptions& options) {
       ->check(CheckPortName);
 }
 
+void AddPrinter(CLI::App& app, SuiteOptions& options) {
+  std::vector<std::string> names;
+  for (const DescribedPrinter& printer : kDescribedPrinters) names.emplace_back(printer.name);
+  const auto set = [&options](const std::string& name) { options.printer = FindDescribedPrinter(name); };
+  app.add_option_function<std::string>("--printer", set, "the receipt printer; default: " + names.front())
+      ->type_name("NAME")
+      ->check(CLI::IsMember(names));
+}
+
 }  // namespace
 
 void AddOptions(CLI::App& app, SuiteOptions& options) {
@@ -68,6 +77,7 @@ void AddOptions(CLI::App& app, SuiteOptions& options) {
   app.add_option("--log-dir", options.log_directory,
                  "directory of the suite's log file and of the receipts; default: --dir");
   AddPorts(app, options);
+  AddPrinter(app, options);
   app.add_flag("--never-answer", options.never_answer, "the service manager answers no call");
   for (const Departure& departure : kDepartures) {
     const auto set = [&options, &departure](const std::vector<std::string>& names) {

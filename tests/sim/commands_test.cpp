@@ -185,6 +185,22 @@ TEST_F(CommandsTest, ThePrinterTakesATypeAndCodePages) {
   EXPECT_EQ(program.Read(24).substr(18), "\x01\x01\xB5\x80\x03\x52");
 }
 
+TEST_F(CommandsTest, ThePrinterBecomesAnother) {
+  const TtyClient program = Open(Kind::kPrinter);
+  EXPECT_EQ(Execute("printer other-type"), "ok\n");
+  program.Write("\x1D\x49\x01");
+  EXPECT_EQ(program.Read(33)[19], 8);
+}
+
+TEST_F(CommandsTest, APrinterThatThereIsNotIsAnsweredWithThoseThatThereAre) {
+  EXPECT_THAT(Execute("printer frob"), StartsWith("error: frob is no printer: there are usual many-pages"));
+}
+
+TEST_F(CommandsTest, HelpNamesTheDevicesAndThePrinters) {
+  EXPECT_THAT(Execute("help"), AllOf(HasSubstr("\nKIND: msr display"),
+                                     HasSubstr("\nNAME: usual many-pages no-pages other-type")));
+}
+
 TEST_F(CommandsTest, ThePrinterCanHaveNoCodePages) {
   EXPECT_EQ(Execute("printer pages"), "ok\n");
 }
@@ -214,6 +230,7 @@ TEST_F(CommandsTest, UnusableLinesAreAnsweredWithOneErrorLine) {
                                  "printer pages 800:1",
                                  "printer pages :1",
                                  "printer frob",
+                                 "printer silent 1",
                                  "garbage",
                                  "garbage x",
                                  "garbage -1",

@@ -237,6 +237,27 @@ TEST_F(DevicePortsTest, AHundredUnplugsLeaveNoDescriptorAndAnAnsweringPrinter) {
   EXPECT_EQ(Receipt("receipt-1.bin"), "receipt");
 }
 
+TEST_F(DevicePortsTest, BothBurstsOfASplitAnswerReachTheirReader) {
+  Start();
+  loop_.Do([this] { ports_.devices().printer.Become(*FindDescribedPrinter("split")); });
+  const TtyClient program(Link("COM5"));
+  program.Write("\x1D\x49\x01");
+  EXPECT_EQ(program.Read(33).substr(20), "QLXSIM 01.00\r");
+}
+
+TEST_F(DevicePortsTest, AStopForgetsTheRestOfASplitAnswer) {
+  Start();
+  loop_.Do([this] { ports_.devices().printer.Become(*FindDescribedPrinter("split")); });
+  const TtyClient program(Link("COM5"));
+  program.Write("\x1D\x49\x01");
+  program.Read(20);
+  Stop();
+  Start();
+  loop_.Do([this] { ports_.devices().printer.Become(*FindDescribedPrinter("usual")); });
+  program.Write("\x1D\x49\x01");
+  EXPECT_EQ(program.Read(33).substr(0, 3), "\x1D\x49\x01");
+}
+
 TEST_F(DevicePortsTest, ATrickleSendsByteAfterByte) {
   Start();
   EXPECT_EQ(Do([this] { return ports_.Trickle(Kind::kMsr, "drops", milliseconds(1)); }), "");

@@ -123,6 +123,13 @@ TEST_F(QlxsimDevices, AReceiptIsKeptBesideTheLog) {
   EXPECT_EQ(std::filesystem::file_size(logs / "receipt-1.bin"), 7U);
 }
 
+TEST_F(QlxsimDevices, ThePrinterIsTheNamedOneFromTheStart) {
+  Start({"--printer", "other-type"});
+  const TtyClient program(Link("COM4"));
+  program.Write("\x1D\x49\x01");
+  EXPECT_EQ(program.Read(33)[19], 8);
+}
+
 TEST_F(QlxsimDevices, AHundredUnplugsUnderAFloodLeaveNoDescriptor) {
   Start();
   const std::string process = std::to_string(simulator_->process());
@@ -185,6 +192,12 @@ TEST(QlxsimDeviceArguments, APortHasAName) {
     EXPECT_THAT(simulator.End(0), Optional(testing::Ne(0)));
     EXPECT_THAT(simulator.said().All(), Contains(HasSubstr("is no port name")));
   }
+}
+
+TEST(QlxsimDeviceArguments, APrinterIsOneOfThoseThatThereAre) {
+  SimulatorProcess simulator({"--config", "x", "--dir", "y", "--printer", "frob"});
+  EXPECT_THAT(simulator.End(0), Optional(testing::Ne(0)));
+  EXPECT_THAT(simulator.said().All(), Contains(AllOf(HasSubstr("frob not in"), HasSubstr("many-pages"))));
 }
 
 TEST(QlxsimDeviceArguments, AConfigurationAndADirectoryAreNeeded) {
