@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "sim/printable.h"
+#include "sim/receipt/receipt_picture.h"
 
 namespace qlx::sim {
 namespace {
@@ -209,11 +210,15 @@ void DevicePorts::ReceivePrinted() {
 
 void DevicePorts::KeepReceipt() {
   receipt_end_ = {};
-  const std::string receipt = devices_.printer.TakePaper();
-  if (receipt.empty()) return;
-  const auto file = receipts_.Keep(receipt);
-  say_("printer: receipt of " + std::to_string(receipt.size()) + " bytes " +
+  const std::string bytes = devices_.printer.TakePaper();
+  if (bytes.empty()) return;
+  const auto file = receipts_.Keep(bytes);
+  say_("printer: receipt of " + std::to_string(bytes.size()) + " bytes " +
        (file ? "kept as " + file->filename().native() : "cannot be kept"));
+  if (!file) return;
+  const auto picture = std::filesystem::path(*file).replace_extension(".png");
+  const bool drawn = receipt::DrawPaper(receipt::SetReceipt(bytes), picture);
+  say_("printer: receipt " + (drawn ? "drawn as " + picture.filename().native() : "cannot be drawn"));
 }
 
 }  // namespace qlx::sim

@@ -1,4 +1,4 @@
-// Where the printer's receipts are kept: one file each, receipt-<n>.bin.
+// Where the printer's receipts are kept: one file each, receipt-<n>.bin, beside which its picture is drawn.
 #pragma once
 
 #include <filesystem>
@@ -9,7 +9,7 @@ namespace qlx::sim {
 
 class ReceiptFolder {
  public:
-  /// `directory` exists. Receipts that it holds already stay as they are.
+  /// `directory` exists. Receipts and pictures that it holds already stay as they are.
   explicit ReceiptFolder(std::filesystem::path directory) : directory_(std::move(directory)) {}
 
   /// The new file, or empty when it cannot be written.

@@ -176,6 +176,21 @@ TEST_F(DevicePortsTest, AReceiptIsKeptWhole) {
   EXPECT_EQ(Receipt("receipt-1.bin"), "first line\n\fbehind the feed");
 }
 
+TEST_F(DevicePortsTest, AReceiptIsDrawnBesideItsBytes) {
+  Start();
+  TtyClient(Link("COM5")).Write("first line\n\f");
+  ASSERT_TRUE(said_.Await("printer: receipt drawn as receipt-1.png"));
+  EXPECT_EQ(Receipt("receipt-1.png").substr(1, 3), "PNG");
+}
+
+TEST_F(DevicePortsTest, APictureThatIsThereAlreadyStays) {
+  std::ofstream(directory_.path() / "receipt-1.png") << "old";
+  Start();
+  TtyClient(Link("COM5")).Write("new");
+  ASSERT_TRUE(said_.Await("printer: receipt drawn as receipt-2.png"));
+  EXPECT_EQ(Receipt("receipt-1.png"), "old");
+}
+
 TEST_F(DevicePortsTest, AReceiptThatIsThereAlreadyStays) {
   std::ofstream(directory_.path() / "receipt-1.bin") << "old";
   Start();
