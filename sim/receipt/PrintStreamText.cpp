@@ -132,10 +132,9 @@ void PrintStream::SkipToNul(Parameters) {
 
 /// Own characters: each has its width, and so many columns of as many bytes as all are high.
 void PrintStream::SkipCharacters(Parameters range) {
-  const int height = ByteAt(range, 0);
+  const auto height = static_cast<std::size_t>(ByteAt(range, 0));
   for (int code = ByteAt(range, 1); code <= ByteAt(range, 2); ++code) {
-    const int width = ByteAt(Take(1), 0);
-    Take(static_cast<std::size_t>(width * height));
+    Take(static_cast<std::size_t>(ByteAt(Take(1), 0)) * height);
   }
 }
 

@@ -32,7 +32,8 @@ TEST(PrintStream, NothingIsNothing) {
 
 TEST(PrintStream, ThePrintModeSetsFontWeightSizeAndUnderlineAtOnce) {
   EXPECT_EQ(StyleAfter("\033!\x09"), (TextStyle{.font_b = true, .bold = true}));
-  EXPECT_EQ(StyleAfter("\033!\x30"), (TextStyle{.width = 2, .height = 2}));
+  EXPECT_EQ(StyleAfter("\033!\x10"), (TextStyle{.height = 2}));
+  EXPECT_EQ(StyleAfter("\033!\x20"), (TextStyle{.width = 2}));
   EXPECT_EQ(StyleAfter("\033!\x81"), (TextStyle{.font_b = true, .underline = 1}));
   EXPECT_EQ(StyleAfter("\035!\x35\033!\0"sv), TextStyle{});
 }
