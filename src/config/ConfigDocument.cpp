@@ -36,13 +36,15 @@ bool ConfigDocument::Open(const std::wstring& path, bool create_if_missing) {
   return loaded_;
 }
 
-void ConfigDocument::Save(const std::wstring& path) {
-  if (!loaded_) return;
-  if (xml_->Save(path.empty() ? path_ : path)) {
+bool ConfigDocument::Save(const std::wstring& path) {
+  if (!loaded_) return false;
+  const bool saved = xml_->Save(path.empty() ? path_ : path);
+  if (saved) {
     changed_ = true;
   } else {
     show_save_error_(L"Save File Error!", SaveErrorText(path.empty() ? path_ : path));
   }
+  return saved;
 }
 
 int ConfigDocument::ReadTree(const std::wstring& name, std::vector<ConfigNode>& result) {

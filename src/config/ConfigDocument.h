@@ -27,8 +27,8 @@ class ConfigDocument {
 
   /// Writes the file; an empty `path` means the one that was opened. On success changed() is true; a failure
   /// is shown and leaves the old file whole and changed() as it was. Nothing happens before an Open
-  /// succeeded.
-  void Save(const std::wstring& path = {});
+  /// succeeded. True when the file was written.
+  bool Save(const std::wstring& path = {});
 
   /// Every element `name` with its descendants into `result`. 0, or kNotLoaded with an empty result. An
   /// element inside another of its name is copied with both.
