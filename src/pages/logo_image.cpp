@@ -27,41 +27,46 @@ constexpr int Proportion(int a, int b, int c) {
   return static_cast<int>(std::int64_t{a} * b / c);
 }
 
-/// The source pixels under one pixel of the result along one axis, in units of 1 / `to` of a source pixel: a
-/// pixel of the result is `from` units wide, one of the source `to`.
-class Cover {
- public:
-  Cover(int index, int from, int to) : start_(std::int64_t{index} * from), end_(start_ + from), to_(to) {}
-
-  int first() const { return static_cast<int>(start_ / to_); }
-  int last() const { return static_cast<int>((end_ - 1) / to_); }
-  std::uint32_t Weight(int source) const {
-    const std::int64_t from = std::max(start_, std::int64_t{source} * to_);
-    const std::int64_t until = std::min(end_, (std::int64_t{source} + 1) * to_);
-    return static_cast<std::uint32_t>(until - from);
-  }
-
- private:
-  std::int64_t start_;
-  std::int64_t end_;
-  std::int64_t to_;
+/// What one pixel of the result covers along one axis: source pixels `first` to `last`, all of them by `to`
+/// but for the two ends. The unit is 1 / `to` of a source pixel; all weights add up to `from`.
+struct Cover {
+  std::size_t first;
+  std::size_t last;
+  std::uint64_t first_weight;
+  std::uint64_t last_weight;
 };
 
-/// Adds a row of samples, times `weight`. The weights of one column add up to the source's height at most, so
-/// 32 bits hold the sums.
-void AddRow(std::span<const std::uint8_t> row, std::uint32_t weight, std::span<std::uint32_t> sums) {
-  for (std::size_t i = 0; i < row.size(); ++i) sums[i] += weight * row[i];
+/// The covers of all pixels when `from` source pixels become `to`.
+std::vector<Cover> Covers(int from, int to) {
+  const auto length = static_cast<std::uint64_t>(from);
+  const auto unit = static_cast<std::uint64_t>(to);
+  std::vector<Cover> covers;
+  covers.reserve(static_cast<std::size_t>(to));
+  for (std::uint64_t start = 0; start < length * unit; start += length) {
+    const std::uint64_t first = start / unit;
+    const std::uint64_t last = (start + length - 1) / unit;
+    // Within a single source pixel the whole weight is the first one's.
+    covers.push_back({first, last, std::min(length, (first + 1) * unit - start),
+                      first == last ? 0 : start + length - last * unit});
+  }
+  return covers;
 }
 
-/// One pixel from the column sums: `area` is what all weights add up to.
-void Average(std::span<const std::uint32_t> sums, const Cover& cover, std::uint64_t area, std::uint8_t* out) {
-  std::uint64_t total[kChannels] = {};
-  for (int x = cover.first(); x <= cover.last(); ++x) {
-    const std::uint64_t weight = cover.Weight(x);
-    const std::uint32_t* pixel = &sums[static_cast<std::size_t>(x) * kChannels];
-    for (int c = 0; c < kChannels; ++c) total[c] += weight * pixel[c];
+/// Adds `weight` times what each cover holds of `row`. The sums stay below 256 * width * height of the
+/// source.
+void AddRow(const std::uint8_t* row, std::uint64_t weight, std::uint64_t unit, std::span<const Cover> covers,
+            std::uint64_t* sums) {
+  for (const Cover& cover : covers) {
+    const std::uint8_t* const first = row + cover.first * kChannels;
+    const std::uint8_t* const last = row + cover.last * kChannels;
+    std::uint64_t whole[kChannels] = {};
+    for (const std::uint8_t* pixel = first + kChannels; pixel < last; pixel += kChannels) {
+      for (int c = 0; c < kChannels; ++c) whole[c] += pixel[c];
+    }
+    for (int c = 0; c < kChannels; ++c) {
+      *sums++ += weight * (cover.first_weight * first[c] + unit * whole[c] + cover.last_weight * last[c]);
+    }
   }
-  for (int c = 0; c < kChannels; ++c) out[c] = static_cast<std::uint8_t>((total[c] + area / 2) / area);
 }
 
 struct Rgb {
@@ -130,17 +135,22 @@ PixelSize FitSize(PixelSize size, Station station) {
 RgbImage Scaled(const RgbImage& source, PixelSize size) {
   RgbImage result = NewImage(size);
   const auto area = static_cast<std::uint64_t>(source.width) * static_cast<std::uint64_t>(source.height);
-  std::vector<std::uint32_t> sums(static_cast<std::size_t>(source.width) * kChannels);
-  for (int y = 0; y < size.height; ++y) {
+  const std::vector<Cover> columns = Covers(source.width, size.width);
+  const auto column_unit = static_cast<std::uint64_t>(size.width);
+  const auto row_unit = static_cast<std::uint64_t>(size.height);
+  std::vector<std::uint64_t> sums(columns.size() * kChannels);
+  int y = 0;
+  for (const Cover& rows : Covers(source.height, size.height)) {
     std::ranges::fill(sums, 0);
-    const Cover rows(y, source.height, size.height);
-    for (int from = rows.first(); from <= rows.last(); ++from) {
-      AddRow(source.Row(from), rows.Weight(from), sums);
+    for (std::size_t from = rows.first; from <= rows.last; ++from) {
+      const std::uint64_t weight = from == rows.first  ? rows.first_weight
+                                   : from == rows.last ? rows.last_weight
+                                                       : row_unit;
+      AddRow(source.Row(static_cast<int>(from)).data(), weight, column_unit, columns, sums.data());
     }
-    std::uint8_t* out = result.Row(y).data();
-    for (int x = 0; x < size.width; ++x, out += kChannels) {
-      Average(sums, Cover(x, source.width, size.width), area, out);
-    }
+    std::ranges::transform(sums, result.Row(y++).begin(), [area](std::uint64_t sum) {
+      return static_cast<std::uint8_t>((sum + area / 2) / area);
+    });
   }
   return result;
 }

@@ -17,8 +17,9 @@ platform::RgbImage NewImage(PixelSize size);
 /// A side can be 0 when the picture is very long and thin.
 PixelSize FitSize(PixelSize size, Station station);
 
-/// `source` in `size`, larger or smaller, its sides at most 16,000,000 pixels. A pixel of the result is the
-/// mean of the source pixels under it, weighted by the area covered, rounded to nearest, halves up.
+/// `source` in `size`, larger or smaller. A pixel of the result is the mean of the source pixels under it,
+/// weighted by the area covered, rounded to nearest, halves up. Takes memory for a row of the result beside
+/// the result itself.
 platform::RgbImage Scaled(const platform::RgbImage& source, PixelSize size);
 
 /// The top left part of `source` that `limit` holds.

@@ -196,8 +196,9 @@ TEST(Scaled, IsTheMeanOfTheAreaUnderEachPixel) {
   }
 }
 
-TEST(Scaled, HoldsTheSumsOfTheLongestColumns) {
-  EXPECT_THAT(BytesOf(Scaled(Uniform({1, 5'000'000}, 255), {1, 1})), Each(255));
+TEST(Scaled, HoldsTheSumsOfTheLongestRowsAndColumns) {
+  EXPECT_THAT(BytesOf(Scaled(Uniform({20'000'000, 1}, 255), {1, 1})), Each(255));
+  EXPECT_THAT(BytesOf(Scaled(Uniform({1, 20'000'000}, 255), {1, 1})), Each(255));
 }
 
 // --- Cropped ---
