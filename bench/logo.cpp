@@ -54,6 +54,7 @@ double InChild(const std::function<void()>& work) {
 
 void RunProgram(std::vector<std::string> arguments) {
   std::vector<char*> texts;
+  texts.reserve(arguments.size() + 1);
   for (std::string& argument : arguments) texts.push_back(argument.data());
   texts.push_back(nullptr);
   pid_t child = 0;
@@ -173,6 +174,7 @@ bool Dithers() {
   const auto pixels = static_cast<double>(source.width) * source.height * kDithers / 1e6;
   const auto speed = [&](void (*dither)(RgbImage&)) {
     std::vector<RgbImage> images;
+    images.reserve(kDithers);
     for (int i = 0; i < kDithers; ++i) images.push_back(copy());
     return pixels / Seconds([&] { std::ranges::for_each(images, dither); });
   };

@@ -36,7 +36,7 @@ std::wstring WorkingCopies::Make(const std::wstring& source, Station station, co
     EndFor(kNotReadToCut, source, system_, end);
     return {};
   }
-  const std::wstring path = FreePath(source);
+  std::wstring path = FreePath(source);
   const bool ready = platform::MakePrivateDirectory(system_.temporary_directory + kFolder);
   if (!ready || !SaveBitmap(Cropped(picture->image, RowOf(station).limit), path, system_)) {
     EndFor(kNotCut, path, system_, end);

@@ -32,7 +32,7 @@ inline void ThrowEnded(const std::wstring& message) {
   throw Ended(platform::ToUtf8(message));
 }
 
-class LogoTestbed : public testing::Test {
+class LogoTestbed : public ::testing::Test {
  protected:
   static constexpr char kDefault[] =
       "<MZP><Printer_Configuration><Code_Page>1</Code_Page></Printer_Configuration></MZP>";

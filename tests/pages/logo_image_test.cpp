@@ -1,6 +1,7 @@
 #include "pages/logo_image.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <random>
@@ -230,7 +231,10 @@ class PlainDither {
   }
 
  private:
-  int& At(int x, int y, int c) { return samples_[static_cast<std::size_t>((y * width_ + x) * 3 + c)]; }
+  int& At(int x, int y, int c) {
+    const std::ptrdiff_t pixel = std::ptrdiff_t{y} * width_ + x;
+    return samples_[static_cast<std::size_t>(pixel * 3 + c)];
+  }
 
   void Add(int x, int y, int c, int error, int share) {
     At(x, y, c) = std::min(255, std::max(0, At(x, y, c) + (error * share >> 4)));
