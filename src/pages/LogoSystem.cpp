@@ -11,6 +11,7 @@ LogoSystem ThisLogoSystem() {
       .decode = platform::DecodeImageFile,
       .encode = platform::EncodeBmp,
       .files = &platform::SystemFileStore(),
+      .files_in = platform::RegularFilesIn,
       .remove_file = platform::RemoveFile,
       .data_directory = platform::DataDirectory,
       .temporary_directory = platform::TemporaryDirectory(),

@@ -18,6 +18,8 @@ struct LogoSystem {
   std::function<std::optional<platform::DecodedImage>(const std::wstring& path)> decode;
   std::function<std::vector<std::uint8_t>(const platform::RgbImage& image)> encode;
   platform::FileStore* files;
+  /// Names of the regular files directly in a directory.
+  std::function<std::vector<std::wstring>(const std::wstring& directory)> files_in;
   std::function<bool(const std::wstring& path)> remove_file;
   /// With a separator at the end; empty when there is none.
   std::function<std::optional<std::wstring>()> data_directory;

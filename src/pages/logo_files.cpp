@@ -57,7 +57,7 @@ bool ConvertLogo(LogoRecord& record, const std::wstring& file, const LogoSystem&
 void RemoveStaleLogos(const std::wstring& directory, const std::vector<LogoRecord>& records,
                       const LogoSystem& system) {
   if (platform::IsRootDirectory(directory)) return;
-  for (const std::wstring& name : platform::RegularFilesIn(directory)) {
+  for (const std::wstring& name : system.files_in(directory)) {
     const bool current =
         std::ranges::any_of(records, [&](const LogoRecord& record) { return name == FileName(record.slot); });
     if (name.ends_with(kExtension) && !current) system.remove_file(directory + name);

@@ -300,14 +300,17 @@ TEST_F(LogoStoreTest, GoesOnWhenAStaleFileCannotBeDeleted) {
 }
 
 TEST_F(LogoStoreTest, DeletesNothingInTheEmptyDirectoryOrARoot) {
-  OpenWithTwoLogos();
-  const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(root_ / "data");
-  for (const wchar_t* directory : {L"", L"/", L"//", L"/tmp/.."}) {
-    RemoveStaleLogos(directory, {}, System());
-    EXPECT_THAT(removed_, IsEmpty());
-  }
-  std::filesystem::current_path(before);
+  LogoSystem system = System();
+  std::vector<std::wstring> removed;
+  system.files_in = [](const std::wstring&) { return std::vector<std::wstring>{L"9.bmp"}; };
+  system.remove_file = [&](const std::wstring& path) {
+    removed.push_back(path);
+    return true;
+  };
+  for (const wchar_t* root : {L"", L"/", L"//", L"/tmp/.."}) RemoveStaleLogos(root, {}, system);
+  EXPECT_THAT(removed, IsEmpty());
+  RemoveStaleLogos(L"/tmp/", {}, system);
+  EXPECT_THAT(removed, ElementsAre(L"/tmp/9.bmp"));
 }
 
 // --- failures ---

@@ -59,6 +59,7 @@ class LogoTestbed : public ::testing::Test {
     system.decode = [this](const std::wstring& path) { return Decode(path); };
     system.encode = Describe;
     system.files = &platform::SystemFileStore();
+    system.files_in = platform::RegularFilesIn;
     system.remove_file = [this](const std::wstring& path) {
       removed_.push_back(std::filesystem::path(path).filename().string());
       return !stuck_.contains(removed_.back()) && platform::RemoveFile(path);

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace qlx::platform {
 namespace {
@@ -49,6 +50,13 @@ TEST_F(DirectoryTest, OneThatOthersMayChangeIsNotPrivate) {
   fs::create_directory(root_ / "shared");
   fs::permissions(root_ / "shared", fs::perms::owner_all | fs::perms::others_write);
   EXPECT_FALSE(MakePrivateDirectory(Path("shared")));
+}
+
+TEST_F(DirectoryTest, OneOfAnotherUserIsNotPrivate) {
+  constexpr uid_t kNobody = 65534;
+  fs::create_directory(root_ / "others");
+  if (chown((root_ / "others").c_str(), kNobody, kNobody) != 0) GTEST_SKIP() << "only root gives files away";
+  EXPECT_FALSE(MakePrivateDirectory(Path("others")));
 }
 
 TEST_F(DirectoryTest, AFileOrALinkInThePlaceOfAPrivateOneIsNone) {
