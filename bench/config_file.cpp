@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -15,10 +14,9 @@
 #include <fcntl.h>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "bench/peak_memory.h"
 #include "bench/rounds.h"
 #include "config/ConfigDocument.h"
 #include "config/schema.h"
@@ -27,6 +25,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using qlx::bench::PeakMemory;
 using qlx::bench::Rounds;
 using qlx::bench::Seconds;
 
@@ -109,20 +108,6 @@ std::size_t ReadByTool(const fs::path& path) {
     values += document->ReadSection(std::wstring(section.name)).size();
   }
   return values;
-}
-
-/// Peak resident memory of `work` in a process of its own, in MiB.
-double PeakMemory(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    work();
-    _exit(0);
-  }
-  int status = 0;
-  rusage usage{};
-  wait4(child, &status, 0, &usage);
-  Require(WIFEXITED(status) && WEXITSTATUS(status) == 0, "the measured process failed");
-  return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
 /// The default file, and one of 10 MiB whose surplus is half keys of a section and half elements of others.

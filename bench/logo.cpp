@@ -8,7 +8,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -16,16 +15,17 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "bench/peak_memory.h"
 #include "bench/rounds.h"
 #include "pages/logo_image.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using qlx::bench::PeakMemory;
 using qlx::bench::Rounds;
 using qlx::bench::Seconds;
 using qlx::platform::RgbImage;
@@ -36,20 +36,6 @@ constexpr int kDithers = 20;
 
 void Require(bool holds, const char* what) {
   if (!holds) throw std::runtime_error(what);
-}
-
-/// Runs `work` in a process of its own; its peak resident memory in MiB.
-double InChild(const std::function<void()>& work) {
-  const pid_t child = fork();
-  if (child == 0) {
-    work();
-    _exit(0);
-  }
-  int status = 0;
-  rusage usage{};
-  wait4(child, &status, 0, &usage);
-  Require(WIFEXITED(status) && WEXITSTATUS(status) == 0, "a measured process failed");
-  return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
 void RunProgram(std::vector<std::string> arguments) {
@@ -188,8 +174,8 @@ bool Dithers() {
 
 bool Memory(const Picture& picture, const fs::path& out) {
   Rounds rounds(std::string("Peak memory, 12 megapixels, ") + picture.format, "MiB");
-  rounds.Add("gdk-pixbuf decodes", [&] { return InChild([&] { DecodedByPixbuf(picture.path); }); })
-      .Add("tool converts", [&] { return InChild([&] { ConvertByTool(picture, out); }); });
+  rounds.Add("gdk-pixbuf decodes", [&] { return PeakMemory([&] { DecodedByPixbuf(picture.path); }); })
+      .Add("tool converts", [&] { return PeakMemory([&] { ConvertByTool(picture, out); }); });
   rounds.Run(5);
   return rounds.AtMost(1.15, "tool converts", "gdk-pixbuf decodes");
 }
@@ -227,8 +213,8 @@ int main() {
   const Picture gif = {"GIF", directory / "photograph.gif", 8};
   const fs::path tones = directory / "tones.ppm";
   const fs::path out = directory / "out.bmp";
-  // A forked process starts with its parent's peak, which must stay small until memory has been measured.
-  InChild([&] { WritePictures(jpeg, bmp, gif, tones); });
+  // In another process too: this one has to stay small until memory has been measured.
+  PeakMemory([&] { WritePictures(jpeg, bmp, gif, tones); });
   bool well = true;
   for (const Picture* picture : {&jpeg, &bmp, &gif}) well = Memory(*picture, out) && well;
   for (const Picture* picture : {&jpeg, &bmp, &gif}) well = Conversion(*picture, tones, out) && well;
