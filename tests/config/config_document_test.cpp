@@ -83,6 +83,13 @@ TEST_F(OneDocument, SavingWithAnEmptyPathWritesToThePathOfTheLastOpen) {
   EXPECT_FALSE(document->changed());
 }
 
+TEST_F(OneDocument, ASaveTellsWhetherTheFileWasWritten) {
+  EXPECT_FALSE(Document()->Save());
+  const auto document = Opened("<MZP/>");
+  EXPECT_TRUE(document->Save());
+  EXPECT_FALSE(document->Save((directory_ / "nowhere" / "file.xml").wstring()));
+}
+
 TEST_F(OneDocument, SavingToAPathWritesThereAndNotToTheOpenedOne) {
   const auto document = Opened("<MZP/>");
   document->SetValue(L"S", L"k", L"v");
