@@ -35,7 +35,7 @@ HexText CHexEdit::Field() const {
   return {Text(), static_cast<std::size_t>(start), static_cast<std::size_t>(end)};
 }
 
-void CHexEdit::Show(const HexText& field) {
+void CHexEdit::ShowField(const HexText& field) {
   if (field == Field()) return wxBell();
   SetText(field.text);
   SetInsertionPoint(static_cast<long>(field.end));
@@ -46,9 +46,9 @@ void CHexEdit::BindKeys() {
     const bool plain = event.GetModifiers() == wxMOD_NONE;
     const int key = event.GetKeyCode();
     if (key == WXK_BACK && (plain || event.GetModifiers() == wxMOD_SHIFT)) {
-      Show(DeleteBackward(Field()));
+      ShowField(DeleteBackward(Field()));
     } else if ((key == WXK_DELETE || key == WXK_NUMPAD_DELETE) && plain) {
-      Show(DeleteForward(Field()));
+      ShowField(DeleteForward(Field()));
     } else {
       event.Skip();
     }
@@ -58,7 +58,7 @@ void CHexEdit::BindKeys() {
 void CHexEdit::BindClipboard() {
   Bind(wxEVT_TEXT_CUT, [this](wxClipboardTextEvent&) {
     Copy();
-    Show(CutFrom(Field()));
+    ShowField(CutFrom(Field()));
   });
   Bind(wxEVT_TEXT_PASTE, [this](wxClipboardTextEvent&) { PasteFromClipboard(); });
 }
@@ -67,13 +67,13 @@ void CHexEdit::PasteFromClipboard() {
   const wxClipboardLocker clipboard;
   wxTextDataObject data;
   if (!clipboard || !wxTheClipboard->GetData(data)) return;
-  Show(PasteInto(Field(), data.GetText().ToStdWstring()));
+  ShowField(PasteInto(Field(), data.GetText().ToStdWstring()));
 }
 
 void CHexEdit::InterceptOtherEdits() {
   EditMaker maker;
   maker.type = [this](wchar_t character) {
-    Show(TypeInto(Field(), character));
+    ShowField(TypeInto(Field(), character));
     return true;
   };
   maker.insert = [this](long position, const std::wstring& inserted) { return Insert(position, inserted); };
@@ -86,13 +86,13 @@ std::optional<long> CHexEdit::Insert(long position, const std::wstring& inserted
   const auto at = static_cast<std::size_t>(position);
   const HexText field = {Text(), at, at};
   // One character may be a digit of an input method, more of them are pasted or dropped.
-  Show(inserted.size() == 1 ? TypeInto(field, inserted.front()) : PasteInto(field, inserted));
+  ShowField(inserted.size() == 1 ? TypeInto(field, inserted.front()) : PasteInto(field, inserted));
   return GetInsertionPoint();
 }
 
 bool CHexEdit::Erase(long start, long end) {
   if (setting_) return false;
-  Show(ClearIn({Text(), static_cast<std::size_t>(start), static_cast<std::size_t>(end)}));
+  ShowField(ClearIn({Text(), static_cast<std::size_t>(start), static_cast<std::size_t>(end)}));
   return true;
 }
 

@@ -28,14 +28,14 @@ class CHexEdit : public wxTextCtrl {
   void BindClipboard();
   void InterceptOtherEdits();
   HexText Field() const;
-  void Show(const HexText& field);
+  void ShowField(const HexText& field);
   void PasteFromClipboard();
   /// An insertion and an erasure that did not come by a key or the clipboard; the caret afterwards, or false
   /// and empty for the class's own.
   std::optional<long> Insert(long position, const std::wstring& inserted);
   bool Erase(long start, long end);
 
-  bool setting_ = false;  ///< the text is being changed by Show or SetText
+  bool setting_ = false;  ///< the text is being changed by ShowField or SetText
 };
 
 }  // namespace qlx

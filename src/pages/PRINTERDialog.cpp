@@ -58,12 +58,13 @@ wxArrayString Items(const std::vector<std::wstring>& items) {
 PRINTERDialog::PRINTERDialog(wxWindow* parent, FatalEnd end_program)
     : SettingsPage(parent),
       end_program_(std::move(end_program)),
+      logo_controls_(this, logos_, end_program_, ChooseLogoFile(this)),
       log_(ThisPrinterLog()),
       query_(
           settings_, platform::OpenSerialPort, log_, [this] { calls_.Post([this] { ShowAnswers(); }); },
           ServePainting) {
   MakeControls();
-  hidden_ = MakeHiddenPrinterControls(this);
+  MakeHiddenPrinterControls(this);
   LayOut();
   BindEvents();
 }
@@ -72,6 +73,7 @@ PRINTERDialog::~PRINTERDialog() {
   query_.Close();
   calls_.Close();
   if (saver_.joinable()) saver_.join();
+  logos_.DeleteTempImages(end_program_);
 }
 
 /// In tab order.
@@ -152,6 +154,8 @@ void PRINTERDialog::Initialise(ConfigDocument* document, bool editable) {
   document_ = document;
   settings_.Load(document_->ReadSection(L"Ports_Configuration"),
                  document_->ReadSection(std::wstring(PRINTERSettings::kSection)));
+  logos_.Load(*document_);
+  logo_controls_.Fill();
   Fill();
   PublishIds(*this);
   if (!editable) Disable();
@@ -196,6 +200,7 @@ void PRINTERDialog::OpenWebPage() {
 void PRINTERDialog::SaveToData() {
   ReadBack();
   PRINTERSettings::Save(settings_.Values(end_program_), *document_);
+  logos_.Write(*document_, {}, end_program_);
 }
 
 void PRINTERDialog::Apply() {
@@ -210,6 +215,8 @@ void PRINTERDialog::Apply() {
 void PRINTERDialog::Save(const PrinterValues& values) {
   calls_.Run([this] { OnSaving(true); });
   PRINTERSettings::Save(values, *document_);
+  logos_.Write(*document_, {},
+               [this](const std::wstring& message) { calls_.Run([&] { end_program_(message); }); });
   calls_.Run([this] { OnSaving(false); });
 }
 

@@ -1,15 +1,15 @@
 // The "Printer" page.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <thread>
 
 #include "config/FatalEnd.h"
 #include "controls/BusyWindow.h"
-#include "controls/ReportList.h"
 #include "controls/SettingsPage.h"
 #include "controls/UiThreadCalls.h"
+#include "pages/LogoControls.h"
+#include "pages/LogoStore.h"
 #include "pages/PRINTERSettings.h"
 #include "pages/PrinterQuery.h"
 
@@ -57,6 +57,7 @@ class PRINTERDialog : public SettingsPage {
   FatalEnd end_program_;
   ConfigDocument* document_ = nullptr;
   PRINTERSettings settings_;
+  LogoStore logos_;
   bool saving_ = false;
 
   wxChoice* code_page_ = nullptr;
@@ -64,7 +65,7 @@ class PRINTERDialog : public SettingsPage {
   wxHyperlinkCtrl* link_ = nullptr;
   wxCheckBox* unsolicited_status_ = nullptr;
   wxStaticText* state_ = nullptr;
-  std::unique_ptr<ReportList> hidden_;
+  LogoControls logo_controls_;
   std::optional<BusyWindow> busy_;  ///< while the worker saves
 
   PrinterLog log_;

@@ -1,9 +1,7 @@
 #include "pages/printer_hidden_controls.h"
 
 #include <array>
-#include <span>
 
-#include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/statbox.h>
 #include <wx/stattext.h>
@@ -12,10 +10,6 @@
 
 namespace qlx {
 namespace {
-
-constexpr int kLogoList = 1081;
-constexpr int kSlotWidth = 65;
-constexpr int kAvailabilityWidth = 95;
 
 struct HiddenList {
   int id;
@@ -32,13 +26,12 @@ constexpr HiddenList kLists[] = {
      {"Application Setting", "25% Reduction", "50% Reduction", "75% Reduction"}},
 };
 
-struct HiddenButton {
+struct HiddenCheckBox {
   int id;
   const char* label;
 };
 
-constexpr HiddenButton kCheckBoxes[] = {{1071, "Low Paper Detection"}, {1080, "Low Paper LED"}};
-constexpr HiddenButton kButtons[] = {{1082, "Add Logo"}, {1083, "Delete Logo"}};
+constexpr HiddenCheckBox kCheckBoxes[] = {{1071, "Low Paper Detection"}, {1080, "Low Paper LED"}};
 constexpr const char* kGroups[] = {"Paper Saving Options", "Logo"};
 
 void Hide(wxWindow* control) {
@@ -47,7 +40,7 @@ void Hide(wxWindow* control) {
 
 }  // namespace
 
-std::unique_ptr<ReportList> MakeHiddenPrinterControls(wxWindow* page) {
+void MakeHiddenPrinterControls(wxWindow* page) {
   for (const HiddenList& row : kLists) {
     Hide(new wxStaticText(page, wxID_ANY, row.label));
     auto* list = new DropDownList(page, row.id);
@@ -56,18 +49,8 @@ std::unique_ptr<ReportList> MakeHiddenPrinterControls(wxWindow* page) {
     }
     Hide(list);
   }
-  for (const HiddenButton& row : kCheckBoxes) Hide(new wxCheckBox(page, row.id, row.label));
-  for (const HiddenButton& row : kButtons) {
-    auto* button = new wxButton(page, row.id, row.label);
-    button->Disable();
-    Hide(button);
-  }
+  for (const HiddenCheckBox& row : kCheckBoxes) Hide(new wxCheckBox(page, row.id, row.label));
   for (const char* label : kGroups) Hide(new wxStaticBox(page, wxID_ANY, label));
-  auto logos = MakeReportList(page, kLogoList);
-  logos->AddColumn("Slot", kSlotWidth);
-  logos->AddColumn("Availability", kAvailabilityWidth);
-  Hide(&logos->window());
-  return logos;
 }
 
 }  // namespace qlx

@@ -28,7 +28,7 @@ enum class ReadFailure { kAtStart, kDuringWait };
 /// that closes the link.
 struct LinkReceiver {
   std::function<void(std::span<const std::uint8_t>)> received;  ///< one block, up to kReadBytes, maybe empty
-  std::function<void(ReadFailure, int error)> failed;  ///< the system's number, 0 for a start
+  std::function<void(ReadFailure, int error)> failed;           ///< the system's number, 0 for a start
 };
 
 /// Opens, writes and closes on one thread and reads on its own.

@@ -122,6 +122,27 @@ class WithoutPrinter(PrinterPage):
         wait_for(lambda: all(tool.enabled(number) for number in (TABS, CODE_PAGE, APPLY, APPLY_ALL)), "the window")
         shutil.rmtree(self.installation.file)
 
+    def test_logos_that_nobody_changed_stay_as_they_are(self):
+        data = os.path.join(self.installation.directory, "suite", "DAT")
+        os.makedirs(data)
+        foreign = os.path.join(data, "7.bmp")
+        with open(foreign, "wb") as file:
+            file.write(b"another logo")
+        settings = os.path.join(self.installation.directory, "quillon.conf")
+        with open(settings, "w", encoding="utf-8") as file:
+            file.write(f"Directory={os.path.dirname(data)}\n")
+        logos = '<Printer_Logo Timestamp="01d0"><Logo Slot="1" Station="0">/gone/1.bmp</Logo></Printer_Logo>'
+        self.installation.write(complete_file().replace(
+            "<Printer_Configuration>", "<Printer_Configuration>" + logos))
+        tool = self.open(environment={"QUILLON_SETTINGS": settings, "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent"})
+        tool.tab("Printer")
+        self.apply(tool)
+        tool.click(APPLY_ALL)
+        tool.answer("OK", "All settings saved.")
+        self.assertIn(b'<Logo Slot="1" Station="0">/gone/1.bmp</Logo>', self.installation.bytes())
+        self.assertEqual(self.installation.bytes().count(b"<Printer_Logo"), 1)
+        self.assertTrue(os.path.exists(foreign))
+
     def test_the_focus_is_on_apply_again_afterwards(self):
         tool = self.open_page()
         tool.focus(APPLY)
