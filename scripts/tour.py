@@ -59,7 +59,7 @@ class Tour:
 
     def change_logging(self):
         self.tool.tab("Logging")
-        self.tool.choose(1019, "Error", before=1022)
+        self.tool.choose(1019, "Verbose", before=1022)
         self.tool.enter(1023, "2048")
         self.tool.check(1037, False)
         self.picture("logging-changed")
