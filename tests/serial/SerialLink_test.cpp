@@ -97,7 +97,7 @@ TEST_F(LinkOnAScript, StartsEveryReadWithABufferOfZeros) {
 TEST_F(LinkOnAScript, WaitsThreeSecondsForARead) {
   script_->reads = {{.bytes = "one"}};
   ReadAll();
-  EXPECT_THAT(script_->calls, Contains("wait read 3000"));
+  EXPECT_THAT(script_->Calls(), Contains("wait read 3000"));
 }
 
 TEST_F(LinkOnAScript, AReadThatCannotStartIsTheReadersLast) {
@@ -112,7 +112,7 @@ TEST_F(LinkOnAScript, AReadThatCannotStartIsTheReadersLast) {
 TEST_F(LinkOnAScript, AReadThatFailsWhileWaitedForIsFollowedByTheNext) {
   script_->reads = {{.wait = IoWait::kEnded}, {.bytes = "next"}};
   EXPECT_THAT(ReadAll(), ElementsAre("<wait>", "next"));
-  EXPECT_EQ(std::ranges::count(script_->calls, "cancel read"), 1) << "the stop's";
+  EXPECT_EQ(std::ranges::count(script_->Calls(), "cancel read"), 1) << "the stop's";
 }
 
 TEST_F(LinkOnAScript, AReadThatCompletesAtOnceIsShownAndIsTheReadersLast) {
@@ -127,7 +127,7 @@ TEST_F(LinkOnAScript, AReadThatCompletesAtOnceIsShownAndIsTheReadersLast) {
 TEST_F(LinkOnAScript, AReadWithoutResultAtTheTimeOutFailsAndIsCancelled) {
   script_->reads = {{.wait = IoWait::kTimedOut}, {.bytes = "next"}};
   EXPECT_THAT(ReadAll(), ElementsAre("<wait>", "next"));
-  EXPECT_EQ(std::ranges::count(script_->calls, "cancel read"), 2) << "the time-out's and the stop's";
+  EXPECT_EQ(std::ranges::count(script_->Calls(), "cancel read"), 2) << "the time-out's and the stop's";
 }
 
 TEST_F(LinkOnAScript, AReadWithAResultAtTheTimeOutIsHandedOver) {
@@ -145,7 +145,7 @@ TEST_F(LinkOnAScript, TheStopCancelsThePendingReadAndTellsNothing) {
   script_->AwaitRead(1);
   link_.Close();
   EXPECT_THAT(told_, IsEmpty());
-  EXPECT_THAT(script_->calls, ElementsAre("wait read 3000", "cancel read"));
+  EXPECT_THAT(script_->Calls(), ElementsAre("wait read 3000", "cancel read"));
   EXPECT_TRUE(script_->closed);
 }
 
@@ -172,19 +172,19 @@ TEST_F(LinkOnAScript, APendingWriteThatEndsBadlyFails) {
 TEST_F(LinkOnAScript, APendingWriteFailsAfterOneSecondAndIsCancelled) {
   EXPECT_EQ(Write({.start = IoStart::kPending, .waits = {IoWait::kTimedOut}, .result = false}),
             WriteEnd::kFailed);
-  EXPECT_EQ(std::ranges::count(script_->calls, "wait write 10"), 100);
-  EXPECT_THAT(script_->calls, Contains("cancel write"));
+  EXPECT_EQ(std::ranges::count(script_->Calls(), "wait write 10"), 100);
+  EXPECT_THAT(script_->Calls(), Contains("cancel write"));
   EXPECT_EQ(idle_calls_, 99) << "once after each slice but the last";
 }
 
 TEST_F(LinkOnAScript, AWriteWithAResultAtTheTimeOutIsWritten) {
   EXPECT_EQ(Write({.start = IoStart::kPending, .waits = {IoWait::kTimedOut}}), WriteEnd::kWritten);
-  EXPECT_THAT(script_->calls, Not(Contains("cancel write")));
+  EXPECT_THAT(script_->Calls(), Not(Contains("cancel write")));
 }
 
 TEST_F(LinkOnAScript, TheStopAbandonsAPendingWrite) {
   EXPECT_EQ(Write({.start = IoStart::kPending, .waits = {IoWait::kStopped}}), WriteEnd::kAbandoned);
-  EXPECT_THAT(script_->calls, Contains("cancel write"));
+  EXPECT_THAT(script_->Calls(), Contains("cancel write"));
 }
 
 TEST_F(LinkOnAScript, AWaitThatFailsAbandonsTheWriteWithoutAWord) {

@@ -46,6 +46,11 @@ struct SerialScript {
     const std::lock_guard guard(lock);
     calls.push_back(std::move(call));
   }
+  /// What was called so far; the reader goes on calling.
+  std::vector<std::string> Calls() {
+    const std::lock_guard guard(lock);
+    return calls;
+  }
   /// Until the reader has begun its read number `count`.
   void AwaitRead(int count) {
     std::unique_lock guard(lock);
