@@ -166,7 +166,7 @@ class Tour:
     def set_up_printer(self):
         """The page is filled from what the simulated printer answers."""
         self.tool.tab("Printer")
-        wait_for(lambda: not self.tool.enabled(1000), "the question to the printer")
+        wait_for(self.tool.has_printer_open, "the question to the printer")
         self.picture("printer-asked")
         wait_for(lambda: self.tool.enabled(1000), "the printer's answer")
         self.tool.pick(1074, "852")

@@ -245,33 +245,27 @@ class OnATty(PrinterPage):
         file = complete_file(Printer_Configuration=keys)
         self.installation.write(file.replace("<Ports_Configuration>", "<Ports_Configuration>" + ELEMENT))
         tool = self.start({"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", **self.ports.environment})
-        tool.main_window()
-        wait_for(lambda: not tool.enabled(TABS), "the question")
+        wait_for(tool.has_printer_open, "the question")
         return tool
-
-    def has_port_open(self, tool):
-        tty = os.path.realpath(self.ports["COM8"].link)
-        folder = f"/proc/{tool.process.pid}/fd"
-        return tty in [os.path.realpath(os.path.join(folder, fd)) for fd in os.listdir(folder)]
 
     def test_the_window_says_that_it_asks_and_takes_no_input(self):
         tool = self.start_page()
+        self.assertFalse(tool.enabled(TABS))
         self.assertTrue(self.says(tool, "Asking the printer..."))
         self.assertEqual(self.ports["COM8"].receive(3), b"\x1dI\x01")
-        self.assertFalse(any(tool.enabled(number) for number in (TABS, APPLY_ALL)))
         wait_for(lambda: tool.enabled(TABS), "the end")
         self.assertFalse(self.says(tool, "Asking the printer..."))
 
     def test_the_port_is_open_while_its_tab_is_shown_only(self):
         tool = self.start_page()
-        wait_for(lambda: self.has_port_open(tool), "the port")
+        wait_for(lambda: tool.has_printer_open(), "the port")
         wait_for(lambda: tool.enabled(TABS), "the end")
-        self.assertFalse(self.has_port_open(tool))
+        self.assertFalse(tool.has_printer_open())
         tool.tab("Printer")
         tool.await_printer()
-        self.assertTrue(self.has_port_open(tool))
+        self.assertTrue(tool.has_printer_open())
         tool.tab("MSR")
-        wait_for(lambda: not self.has_port_open(tool), "the port to be closed")
+        wait_for(lambda: not tool.has_printer_open(), "the port to be closed")
 
     def test_each_question_is_asked_once(self):
         tool = self.start_page()
@@ -283,7 +277,7 @@ class OnATty(PrinterPage):
         wait_for(lambda: tool.enabled(TABS), "the end")
         tool.tab("MSR")
         tool.tab("Printer")
-        wait_for(lambda: self.has_port_open(tool), "the port")
+        wait_for(lambda: tool.has_printer_open(), "the port")
         self.assertTrue(tool.enabled(TABS))
         self.assertTrue(printer.is_silent())
 
@@ -292,7 +286,7 @@ class OnATty(PrinterPage):
         tool.tab("Printer")
         self.assertEqual(self.ports["COM8"].receive(7), b"\x1dI\x01\x1dN\x05\x02")
         tool.tab("MSR")
-        wait_for(lambda: tool.enabled(TABS) and not self.has_port_open(tool), "the port to be closed")
+        wait_for(lambda: tool.enabled(TABS) and not tool.has_printer_open(), "the port to be closed")
 
     def test_a_late_answer_is_shown(self):
         tool = self.start_page(Code_Page="4", Emulation_Mode="0")
@@ -311,7 +305,7 @@ class OnATty(PrinterPage):
         for _ in range(3):
             self.ports.plug("COM8")
             tool.tab("Printer")
-            wait_for(lambda: self.has_port_open(tool), "the port")
+            wait_for(lambda: tool.has_printer_open(), "the port")
             self.ports["COM8"].unplug()
             wait_for(lambda: tool.enabled(TABS), "the end")
             tool.tab("MSR")

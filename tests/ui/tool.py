@@ -1,6 +1,7 @@
 """Drives the real program from outside, as a person or a screen reader would: by accessible id and by keyboard."""
 
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -89,12 +90,36 @@ class Tool:
     """The running program. Controls are named by their numbers."""
 
     def __init__(self, installation, environment=None):
+        environment = {**os.environ, **(environment or {})}
+        self.printer_link = self._printer_link(installation.directory, environment.get("QUILLON_PORT_DIR"))
         self.process = subprocess.Popen(
             [*TIED, installation.program],
             cwd=installation.directory,
-            env={**os.environ, **(environment or {})},
+            env=environment,
             stdin=subprocess.DEVNULL,
         )
+
+    @staticmethod
+    def _printer_link(directory, ports):
+        """The link to the port that the program, which reads it when it starts, has for the printer; or None."""
+        file = os.path.join(directory, "QLXConfig.xml")
+        if ports is None or not os.path.isfile(file):
+            return None
+        with open(file, "rb") as opened:
+            port = re.search(rb"<PRINTER_USB[^>]*>(COM\d+)<", opened.read())
+        return os.path.join(ports, "MZP_" + port.group(1).decode()) if port else None
+
+    # The printer
+
+    def has_printer_open(self):
+        tty = os.path.realpath(self.printer_link)
+        folder = f"/proc/{self.process.pid}/fd"
+        return tty in [os.path.realpath(os.path.join(folder, fd)) for fd in os.listdir(folder)]
+
+    def await_printer(self):
+        """Until the printer has been asked: the window takes no input from the moment that the port opens."""
+        wait_for(self.has_printer_open, "the printer's port to be opened")
+        wait_for(lambda: self.enabled(1000), "the end of the time that the printer has to answer")
 
     # Windows
 
@@ -129,11 +154,6 @@ class Tool:
 
     def main_window(self):
         return self.active_window("Quillon Configuration Tool")
-
-    def await_printer(self):
-        """Until the printer has been asked: the window takes no input meanwhile."""
-        wait_for(lambda: not self.enabled(1000), "the question to the printer")
-        wait_for(lambda: self.enabled(1000), "the end of the time that the printer has to answer")
 
     def window_titles(self):
         """The titles of the program's windows; for a message box the accessibility tree does not tell it."""

@@ -1,7 +1,6 @@
 """What the tests of the running window share."""
 
 import os
-import re
 import socket
 import subprocess
 import unittest
@@ -67,17 +66,8 @@ class WindowCase(unittest.TestCase):
         """Starts the program, on the given file if there is one, and waits until its window can be used."""
         if file is not None:
             self.installation.write(file)
-        asks = self.has_printer(environment or {})
         tool = self.start(environment)
-        tool.main_window()
-        if asks:
+        if tool.printer_link and os.path.exists(tool.printer_link):
             tool.await_printer()
+        tool.main_window()
         return tool
-
-    def has_printer(self, environment):
-        """Whether the printer's port of the installation's file is there, so that the program asks the printer."""
-        if not os.path.exists(self.installation.file):
-            return False
-        port = re.search(rb"<PRINTER_USB[^>]*>(COM\d+)<", self.installation.bytes())
-        directory = environment.get("QUILLON_PORT_DIR", "")
-        return bool(port) and os.path.exists(os.path.join(directory, "MZP_" + port.group(1).decode()))
