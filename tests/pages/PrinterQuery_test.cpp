@@ -16,7 +16,6 @@ namespace {
 
 using namespace std::string_literals;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::PortDirectory;
 using testing::VirtualPort;
 

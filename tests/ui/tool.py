@@ -60,6 +60,14 @@ def showing(accessible):
     return pyatspi.STATE_SHOWING in states(accessible)
 
 
+def target(link):
+    """What a link points to; nothing once it is gone."""
+    try:
+        return os.readlink(link)
+    except FileNotFoundError:
+        return ""
+
+
 class Installation:
     """A directory with the program and its configuration file, gone when closed."""
 
@@ -114,7 +122,7 @@ class Tool:
     def has_printer_open(self):
         tty = os.path.realpath(self.printer_link)
         folder = f"/proc/{self.process.pid}/fd"
-        return tty in [os.path.realpath(os.path.join(folder, fd)) for fd in os.listdir(folder)]
+        return tty in [target(os.path.join(folder, descriptor)) for descriptor in os.listdir(folder)]
 
     def await_printer(self):
         """Until the printer has been asked: the window takes no input from the moment that the port opens."""
