@@ -19,5 +19,7 @@ if(QLX_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-find_package(PkgConfig REQUIRED)
+if(NOT WIN32)
+  find_package(PkgConfig REQUIRED)
+endif()
 find_package(Threads REQUIRED)
