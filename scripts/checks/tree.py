@@ -34,16 +34,19 @@ def source_files(root):
     )
 
 
-def directives(path):
-    """(line number, text) of every preprocessor directive, comments blanked and continued lines joined."""
+def without_comments(text):
+    """C++ text with its comments, raw strings and characters blanked; the lines keep their numbers."""
 
     def blank(match):
-        text = match.group()
-        return text if text.startswith('"') else "\n" * text.count("\n") or " "
+        found = match.group()
+        return found if found.startswith('"') else "\n" * found.count("\n") or " "
 
-    text = path.read_text(encoding="utf-8")
-    text = _COMMENT_OR_LITERAL.sub(blank, text)
-    lines = text.split("\n")
+    return _COMMENT_OR_LITERAL.sub(blank, text)
+
+
+def directives(path):
+    """(line number, text) of every preprocessor directive, comments blanked and continued lines joined."""
+    lines = without_comments(path.read_text(encoding="utf-8")).split("\n")
     number = 0
     while number < len(lines):
         first, line = number, lines[number]
