@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "log/LogDelivery.h"
-#include "tests/platform/LoopbackListener.h"
+#include "tests/support/LoopbackListener.h"
 
 namespace qlx {
 namespace {

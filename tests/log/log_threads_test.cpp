@@ -13,7 +13,7 @@
 #include "log/ProcessLog.h"
 #include "log/levels.h"
 #include "tests/log/fakes.h"
-#include "tests/platform/LoopbackListener.h"
+#include "tests/support/LoopbackListener.h"
 
 namespace qlx {
 namespace {
