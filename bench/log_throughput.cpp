@@ -76,8 +76,8 @@ std::unique_ptr<qlx::Logger> CreateLogger() {
       qlx::LoggerSystem{qlx::platform::ThisProgram(), quiet, &KeysOfBench, kMakeSocket});
 }
 
-constinit qlx::ProcessLog log_to_reader(&CreateLogger<&qlx::platform::MakeTcpSocket>);
-constinit qlx::ProcessLog log_to_void(&CreateLogger<&MakeVoidSocket>);
+qlx::ProcessLog log_to_reader(&CreateLogger<&qlx::platform::MakeTcpSocket>);
+qlx::ProcessLog log_to_void(&CreateLogger<&MakeVoidSocket>);
 
 /// LogMessage on a log of our choice.
 void Log(qlx::ProcessLog& log, const char* format, ...) QLX_PRINTF(2, 3);

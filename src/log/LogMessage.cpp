@@ -23,29 +23,35 @@ std::unique_ptr<Logger> CreateLogger() {
   return logger;
 }
 
-constinit ProcessLog process_log(&CreateLogger);
+/// Made by the first call, on purpose never destroyed.
+ProcessLog& Log() {
+  static ProcessLog& log = *new ProcessLog(&CreateLogger);
+  return log;
+}
 
 void EndAtExit() {
   std::this_thread::sleep_for(kLastWords);
-  process_log.End();
+  Log().End();
 }
 
 }  // namespace
 
 void LogMessage(std::uint32_t module, std::uint32_t level, const char* format, ...) {
-  if (!process_log.Passes(module, level)) return;
+  ProcessLog& log = Log();
+  if (!log.Passes(module, level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  process_log.Message(module, level, format, arguments);
+  log.Message(module, level, format, arguments);
   va_end(arguments);
 }
 
 void LogHexDump(std::uint32_t module, std::uint32_t level, const void* data, std::uint32_t length,
                 const char* format, ...) {
-  if (!process_log.Passes(module, level)) return;
+  ProcessLog& log = Log();
+  if (!log.Passes(module, level)) return;
   std::va_list arguments;
   va_start(arguments, format);
-  process_log.HexDump(module, level, data, length, format, arguments);
+  log.HexDump(module, level, data, length, format, arguments);
   va_end(arguments);
 }
 

@@ -13,14 +13,14 @@
 
 namespace qlx {
 
-/// Not created, then created by the first call, then ended for good. Meant to be a static: it has no
-/// destructor to run, so a thread that logs while the process exits meets a lock that still stands.
+/// Not created, then created by the first call, then ended for good. A process's own is never destroyed, so a
+/// thread that logs while the process exits meets a lock that still stands.
 /// Every function may be called from any thread. Locks are taken in the order dump, message, instance.
 class ProcessLog {
  public:
   using CreateLogger = std::unique_ptr<Logger> (*)();
 
-  explicit constexpr ProcessLog(CreateLogger create) : create_(create) {}
+  explicit ProcessLog(CreateLogger create) : create_(create) {}
 
   /// False when a message of this module and level is not logged. Takes no lock. Before the first message
   /// everything passes, since the settings are not known yet.

@@ -27,7 +27,7 @@ class ServiceManager {
  public:
   virtual ~ServiceManager() = default;
   /// Never null: see Service.
-  virtual std::unique_ptr<Service> OpenService(std::string_view name) = 0;
+  virtual std::unique_ptr<Service> Open(std::string_view name) = 0;
 };
 
 /// The local machine's manager. Never null: without a connection every service answers with its error.

@@ -19,8 +19,8 @@ struct Handles {
 Handles Open(const ServiceRestart::OpenManager& open_manager) {
   Handles handles;
   handles.manager = open_manager();
-  handles.logging = handles.manager->OpenService("QLXLOGSVC");
-  handles.framework = handles.manager->OpenService("QLXSVC");
+  handles.logging = handles.manager->Open("QLXLOGSVC");
+  handles.framework = handles.manager->Open("QLXSVC");
   return handles;
 }
 

@@ -23,7 +23,7 @@ constexpr milliseconds kShort{50};
 
 struct Opened {
   explicit Opened(milliseconds limit = kPatient, std::string_view name = "QLXSVC")
-      : manager(OpenSystemdManager(limit)), service(manager->OpenService(name)) {}
+      : manager(OpenSystemdManager(limit)), service(manager->Open(name)) {}
   Service* operator->() const { return service.get(); }
 
   std::unique_ptr<ServiceManager> manager;
@@ -191,7 +191,7 @@ TEST(SystemdManager, ABusWithoutAServiceManagerIsAnUnreachableHost) {
 TEST(SystemdManager, TheToolsOwnManagerIsTheOneOfTheSystemBus) {
   const PlayedServices played;
   const auto manager = OpenServiceManager();
-  EXPECT_THAT(manager->OpenService("QLXLOGSVC")->QueryState(), Optional(ServiceState::kRunning));
+  EXPECT_THAT(manager->Open("QLXLOGSVC")->QueryState(), Optional(ServiceState::kRunning));
 }
 
 }  // namespace

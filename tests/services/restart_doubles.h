@@ -65,7 +65,7 @@ class ScriptedManager final : public platform::ServiceManager {
   ScriptedManager& operator=(const ScriptedManager&) = delete;
   ~ScriptedManager() override { happened_.push_back("close manager"); }
 
-  std::unique_ptr<platform::Service> OpenService(std::string_view name) override {
+  std::unique_ptr<platform::Service> Open(std::string_view name) override {
     return std::make_unique<ScriptedService>(std::string(name), scripts_[std::string(name)], happened_);
   }
 

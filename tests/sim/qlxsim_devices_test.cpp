@@ -94,7 +94,7 @@ TEST_F(QlxsimDevices, ARestartOfTheServiceMovesADevice) {
   EXPECT_THAT(Ask("status"), HasSubstr("COM3 msr"));
   setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + (run_ / "bus").native()).c_str(), 1);
   const auto manager = platform::OpenServiceManager();
-  const auto service = manager->OpenService("QLXSVC");
+  const auto service = manager->Open("QLXSVC");
   service->RequestStop();
   ASSERT_TRUE(simulator_->said().Await("QLXSVC.service inactive"));
   EXPECT_EQ(Ask("swipe"), "error: the service QLXSVC is not running\n");

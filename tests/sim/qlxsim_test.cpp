@@ -142,7 +142,7 @@ TEST_F(QlxsimTest, ARestartMovesTheLogServiceToAChangedPort) {
 TEST_F(QlxsimTest, TheLogServiceListensOnlyWhileItsServiceRuns) {
   Start();
   const auto manager = platform::OpenServiceManager();
-  const auto service = manager->OpenService("QLXLOGSVC");
+  const auto service = manager->Open("QLXLOGSVC");
   service->RequestStop();
   ASSERT_TRUE(simulator_->said().Await("QLXLOGSVC.service inactive"));
   EXPECT_FALSE(TcpClient(port_).connected());
@@ -199,7 +199,7 @@ TEST_F(QlxsimTest, TheBusCanBeLost) {
 TEST_F(QlxsimTest, AServiceCanHangWhileItStops) {
   Start({"--hang-stopping", "QLXSVC"});
   const auto manager = platform::OpenServiceManager();
-  const auto service = manager->OpenService("QLXSVC");
+  const auto service = manager->Open("QLXSVC");
   service->RequestStop();
   ASSERT_TRUE(simulator_->said().Await("QLXSVC.service deactivating"));
   EXPECT_THAT(service->QueryState(), Optional(ServiceState::kPending));
@@ -208,7 +208,7 @@ TEST_F(QlxsimTest, AServiceCanHangWhileItStops) {
 TEST_F(QlxsimTest, AServiceCanHangWhileItStarts) {
   Start({"--stopped", "QLXSVC", "--hang-starting", "QLXSVC"});
   const auto manager = platform::OpenServiceManager();
-  const auto service = manager->OpenService("QLXSVC");
+  const auto service = manager->Open("QLXSVC");
   EXPECT_EQ(service->Start(), std::nullopt);
   EXPECT_THAT(service->QueryState(), Optional(ServiceState::kPending));
 }
@@ -216,7 +216,7 @@ TEST_F(QlxsimTest, AServiceCanHangWhileItStarts) {
 TEST_F(QlxsimTest, TheManagerCanStaySilent) {
   Start({"--never-answer"});
   const auto manager = platform::OpenSystemdManager(std::chrono::milliseconds(50));
-  EXPECT_THAT(manager->OpenService("QLXSVC")->Start(), Optional(ETIMEDOUT));
+  EXPECT_THAT(manager->Open("QLXSVC")->Start(), Optional(ETIMEDOUT));
 }
 
 TEST_F(QlxsimTest, AToolThatWaitsForAHangingServiceCanStillBeEnded) {

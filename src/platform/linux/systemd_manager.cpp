@@ -140,7 +140,7 @@ class SystemdManager final : public ServiceManager {
  public:
   explicit SystemdManager(microseconds call_limit) : connect_error_(Connect(bus_, call_limit)) {}
 
-  std::unique_ptr<Service> OpenService(std::string_view name) override {
+  std::unique_ptr<Service> Open(std::string_view name) override {
     return std::make_unique<Unit>(bus_.get(), connect_error_, std::string(name) + ".service");
   }
 

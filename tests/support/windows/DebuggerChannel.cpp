@@ -1,28 +1,16 @@
 #include "tests/support/windows/DebuggerChannel.h"
 
 #include <cstring>
-#include <stdexcept>
 
 namespace qlx::test {
 namespace {
 
 using platform::Handle;
 
-constexpr DWORD kTurnLimitMs = 60000;
-
 /// What a writer leaves in the shared memory: its process, then its text in the system's 8-bit set.
 constexpr DWORD kBytes = 4096;
 
 }  // namespace
-
-NamedLock::NamedLock(const wchar_t* name) : mutex_(CreateMutexW(nullptr, FALSE, name)) {
-  const DWORD end = WaitForSingleObject(mutex_.get(), kTurnLimitMs);
-  if (end != WAIT_OBJECT_0 && end != WAIT_ABANDONED) throw std::runtime_error("the lock is not free");
-}
-
-NamedLock::~NamedLock() {
-  ReleaseMutex(mutex_.get());
-}
 
 DebuggerChannel::DebuggerChannel()
     : turn_(L"QLXTestDebuggerChannel"),

@@ -8,21 +8,9 @@
 #include <vector>
 
 #include "platform/windows/Handle.h"
+#include "tests/support/windows/NamedLock.h"
 
 namespace qlx::test {
-
-/// A mutex that all processes know by its name, held as long as this object lives.
-class NamedLock {
- public:
-  /// Throws when it is not free within a minute. A holder that crashed counts as having released it.
-  explicit NamedLock(const wchar_t* name);
-  NamedLock(const NamedLock&) = delete;
-  NamedLock& operator=(const NamedLock&) = delete;
-  ~NamedLock();
-
- private:
-  platform::Handle mutex_;
-};
 
 /// Listens as long as it lives. There can be one listener at a time: a further one waits for its turn.
 class DebuggerChannel {
