@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <numeric>
 
 #include <gmock/gmock.h>
@@ -20,10 +19,7 @@ const std::string kBlanks(72, ' ');
 
 class ProcessLogTest : public testing::Test {
  protected:
-  ProcessLogTest() {
-    setenv("TZ", "UTC0", 1);
-    current = this;
-  }
+  ProcessLogTest() { current = this; }
   ~ProcessLogTest() override { log_.End(); }
 
   static std::unique_ptr<Logger> Create() {

@@ -1,36 +1,10 @@
-#include <string>
-
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
-#include "log/RecordFormatter.h"
-#include "log/levels.h"
+#include "tests/log/RecordFormatterTest.h"
 
 namespace qlx {
 namespace {
 
-constexpr std::int64_t kMoment = 1794796067;  // 2026-11-16 02:27:47 UTC
-
-class RecordFormatterTest : public testing::Test {
- protected:
-  RecordFormatterTest() { setenv("TZ", "UTC0", 1); }
-
-  std::string Time(std::int64_t seconds, std::uint16_t milliseconds) {
-    record_.time = {seconds, milliseconds};
-    const std::string text(formatter_.Format(record_));
-    return text.substr(0, text.find('\t'));
-  }
-
-  /// The record's field number `index`, the time being 0.
-  std::string Field(int index) {
-    std::string rest(formatter_.Format(record_));
-    while (index-- > 0) rest.erase(0, rest.find('\t') + 1);
-    return rest.substr(0, rest.find('\t'));
-  }
-
-  LogRecord record_{MZP_PRINTER, LEVEL_ERROR, "text", {kMoment, 123}, 0x1f20, 0xa1c};
-  RecordFormatter formatter_;
-};
+using test::kMoment;
+using test::RecordFormatterTest;
 
 TEST_F(RecordFormatterTest, ANormalRecordIsSixFieldsBetweenTabsAndALineEnd) {
   EXPECT_EQ(formatter_.Format(record_),
@@ -59,18 +33,6 @@ TEST_F(RecordFormatterTest, TheDateFollowsTheSecondForwardsAndBackwards) {
 TEST_F(RecordFormatterTest, TheFirstSecondOf1970AndTheOneBeforeHaveDates) {
   EXPECT_EQ(Time(0, 0), "01/01/1970 00:00:00.000");
   EXPECT_EQ(Time(-1, 0), "31/12/1969 23:59:59.000");
-}
-
-TEST_F(RecordFormatterTest, TheTimeIsLocalAndFollowsTheChangeToSummerTime) {
-  setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-  EXPECT_EQ(Time(1774745999, 0), "29/03/2026 01:59:59.000");
-  EXPECT_EQ(Time(1774746000, 0), "29/03/2026 03:00:00.000");
-}
-
-TEST_F(RecordFormatterTest, AChangedTimeZoneShowsFromTheNextSecondOn) {
-  Time(kMoment, 0);
-  setenv("TZ", "EST5", 1);
-  EXPECT_EQ(Time(kMoment + 1, 0), "15/11/2026 21:27:48.000");
 }
 
 TEST_F(RecordFormatterTest, IdentifiersAreLowerCaseHexOfAtLeastFourDigits) {
