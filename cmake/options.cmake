@@ -4,6 +4,13 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
+# The folder of each twin: src/platform/${QLX_PLATFORM}, tests/support/${QLX_PLATFORM} and the like.
+if(WIN32)
+  set(QLX_PLATFORM windows)
+else()
+  set(QLX_PLATFORM linux)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
