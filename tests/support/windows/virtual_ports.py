@@ -29,6 +29,7 @@ class Port:
         tty.setraw(self.kept)
         os.set_blocking(self.device, False)
         self.link = Path(os.environ["WINEPREFIX"], "dosdevices", name.lower())
+        self.link.unlink(missing_ok=True)  # of a program that was killed
         self.link.symlink_to(os.ttyname(self.kept))
 
     def unplug(self):
