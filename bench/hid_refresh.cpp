@@ -9,7 +9,7 @@
 
 #include "bench/rounds.h"
 #include "ports/UsbDevices.h"
-#include "tests/support/HidTestbed.h"
+#include "tests/support/linux/HidTestbed.h"
 
 namespace {
 

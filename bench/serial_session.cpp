@@ -17,7 +17,7 @@
 
 #include "bench/rounds.h"
 #include "demo/SerialSession.h"
-#include "tests/support/VirtualPort.h"
+#include "tests/support/linux/VirtualPort.h"
 
 namespace {
 

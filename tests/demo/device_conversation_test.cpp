@@ -9,7 +9,7 @@
 
 #include "demo/SerialSession.h"
 #include "demo/received_text.h"
-#include "tests/support/VirtualPort.h"
+#include "tests/support/linux/VirtualPort.h"
 #include "tests/support/recorded_writes.h"
 
 namespace qlx {

@@ -9,7 +9,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/support/VirtualPort.h"
+#include "tests/support/linux/VirtualPort.h"
 
 namespace qlx {
 namespace {

@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include "platform/linux/hidapi_library.h"
-#include "tests/support/HidTestbed.h"
+#include "tests/support/linux/HidTestbed.h"
 
 namespace qlx::platform {
 namespace {

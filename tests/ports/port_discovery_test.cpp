@@ -1,15 +1,9 @@
 #include "ports/port_discovery.h"
 
-#include <filesystem>
-#include <fstream>
-
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 namespace qlx {
 namespace {
-
-using Names = std::vector<std::wstring>;
 
 TEST(PortName, IsComAndTheNumberUpperCased) {
   EXPECT_EQ(PortName(L"\\\\?\\root#ports#0000#{guid}\\mzp_com7"), L"COM7");
@@ -31,45 +25,15 @@ TEST(PortName, IsEmptyWithoutTheMarkOrWithoutACharacterBehindIt) {
   EXPECT_EQ(PortName(L""), L"");
 }
 
-/// A directory of links to ttys, as the udev rule makes it.
-class PortDirectoryTest : public testing::Test {
- protected:
-  PortDirectoryTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "qlx-ports-XXXXXX").native();
-    directory_ = mkdtemp(name.data());
-    setenv("QUILLON_PORT_DIR", directory_.c_str(), 1);
+class GivenInterfaces : public platform::DeviceInterfaces {
+ public:
+  std::vector<std::wstring> PresentPaths() const override {
+    return {L"\\\\?\\quillon\\MZP_COM10", L"\\\\?\\quillon\\other", L"\\\\?\\quillon\\mzp_com9"};
   }
-  ~PortDirectoryTest() override {
-    unsetenv("QUILLON_PORT_DIR");
-    std::filesystem::remove_all(directory_);
-  }
-
-  void AddPort(const char* name) { std::filesystem::create_symlink("/dev/null", directory_ / name); }
-
-  static Names Discovered() { return DiscoverPorts(*platform::VirtualPortInterfaces()); }
-
-  std::filesystem::path directory_;
 };
 
-TEST_F(PortDirectoryTest, PortsAreListedByNumber) {
-  for (const char* name : {"MZP_COM10", "MZP_COM9", "MZP_COM1"}) AddPort(name);
-  EXPECT_EQ(Discovered(), (Names{L"COM1", L"COM9", L"COM10"}));
-}
-
-TEST_F(PortDirectoryTest, AnInterfaceOfAnotherKindStaysInTheListWithAnEmptyName) {
-  AddPort("MZP_COM5");
-  AddPort("other");
-  EXPECT_EQ(Discovered(), (Names{L"", L"COM5"}));
-}
-
-TEST_F(PortDirectoryTest, ALinkWhoseTtyIsGoneIsNoPort) {
-  std::filesystem::create_symlink(directory_ / "unplugged", directory_ / "MZP_COM5");
-  EXPECT_EQ(Discovered(), Names{});
-}
-
-TEST_F(PortDirectoryTest, WithoutADirectoryThereAreNoPorts) {
-  std::filesystem::remove_all(directory_);
-  EXPECT_EQ(Discovered(), Names{});
+TEST(DiscoveredPorts, KeepTheSystemsOrderAndAnEmptyNameForAnInterfaceOfAnotherKind) {
+  EXPECT_EQ(DiscoverPorts(GivenInterfaces()), (std::vector<std::wstring>{L"COM10", L"", L"COM9"}));
 }
 
 }  // namespace
