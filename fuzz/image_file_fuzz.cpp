@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "platform/image_file.h"
-#include "platform/linux/picture_decoders.h"
+#include "platform/picture_decoders.h"
 
 namespace {
 

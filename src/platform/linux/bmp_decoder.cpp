@@ -1,7 +1,7 @@
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
-#include "platform/linux/bmp_header.h"
-#include "platform/linux/picture_decoders.h"
+#include "platform/bmp_header.h"
+#include "platform/picture_decoders.h"
 
 namespace qlx::platform {
 namespace {
@@ -70,6 +70,7 @@ RgbImage TakePixels(GdkPixbuf* pixbuf) {
 
 }  // namespace
 
+/// On gdk-pixbuf, the only library here that reads every kind of BMP.
 std::optional<DecodedImage> DecodeBmp(PictureBytes& bytes) {
   const auto header = ReadBmpHeader(bytes);
   BmpLoader loader;

@@ -5,7 +5,7 @@
 
 #include <gif_lib.h>
 
-#include "platform/linux/picture_decoders.h"
+#include "platform/picture_decoders.h"
 
 namespace qlx::platform {
 namespace {
@@ -104,6 +104,7 @@ bool ReadFrame(GifFileType* gif, const std::array<Colour, 256>& palette, const R
 
 }  // namespace
 
+/// On giflib, which reads one frame in one pass; gdk-pixbuf begins it again with every block it is given.
 std::optional<DecodedImage> DecodeGif(PictureBytes& bytes) {
   Input input{bytes, UINT64_MAX};
   const Gif gif(DGifOpen(&input, ReadInput, nullptr));

@@ -9,7 +9,7 @@
 #include <jerror.h>
 // clang-format on
 
-#include "platform/linux/picture_decoders.h"
+#include "platform/picture_decoders.h"
 
 namespace qlx::platform {
 namespace {
@@ -140,6 +140,7 @@ class JpegDecoder {
 
 }  // namespace
 
+/// On libjpeg, which says what is missing; gdk-pixbuf keeps that to itself and shows grey for it.
 std::optional<DecodedImage> DecodeJpeg(PictureBytes& bytes) {
   return JpegDecoder(bytes).Decode();
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/PictureBytes.h"
+#include "platform/PictureBytes.h"
 
 #include <algorithm>
 #include <utility>

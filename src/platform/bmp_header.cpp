@@ -1,4 +1,4 @@
-#include "platform/linux/bmp_header.h"
+#include "platform/bmp_header.h"
 
 #include <algorithm>
 #include <span>

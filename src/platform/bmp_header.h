@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/PictureBytes.h"
+#include "platform/PictureBytes.h"
 
 namespace qlx::platform {
 
