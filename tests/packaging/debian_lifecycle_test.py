@@ -5,6 +5,7 @@ import re
 import shutil
 import socket
 import subprocess
+import tempfile
 import time
 import unittest
 import xml.etree.ElementTree as ElementTree
@@ -93,8 +94,8 @@ class Installed(unittest.TestCase):
 
 
 class LifeCycle(Installed):
-    def open_tool(self):
-        tool = start("QLXConfig")
+    def open_tool(self, **options):
+        tool = start("QLXConfig", **options)
         self.addCleanup(tool.wait)
         self.addCleanup(tool.kill)
         wait_for(windows, "the window")
@@ -117,6 +118,12 @@ class LifeCycle(Installed):
         self.open_tool()
         self.assertEqual(ElementTree.parse(inside(CONFIGURATION)).getroot().tag, "MZP")
         self.assertEqual(os.stat(inside(CONFIGURATION)).st_mode & 0o777, 0o644)
+
+    def test_the_toolkit_has_all_that_it_draws_with(self):
+        with tempfile.TemporaryFile() as said:
+            self.open_tool(stderr=said)
+            said.seek(0)
+            self.assertEqual(said.read().decode(), "")
 
     def test_an_upgrade_keeps_the_edited_configuration(self):
         write(CONFIGURATION, EDITED)

@@ -99,6 +99,9 @@ class Contents(unittest.TestCase):
         self.assertIn("libwxgtk3.2-1 (>=", field("qlxconfig", "Depends"))
         self.assertIn("libzint", field("qlxsim", "Depends"))
 
+    def test_the_toolkits_reader_of_svg_pictures_is_a_dependency(self):
+        self.assertIn("librsvg2-common", field("qlxconfig", "Depends"))
+
     def test_a_library_that_is_loaded_at_run_time_is_recommended(self):
         self.assertIn("libhidapi-hidraw0", field("qlxconfig", "Recommends"))
 
