@@ -73,8 +73,10 @@ def tearDownModule():
 
 
 class Contents(unittest.TestCase):
-    def test_lintian_finds_no_error_and_no_warning(self):
-        output("lintian", "--fail-on", "error,warning,pedantic", "--pedantic", package("qlxconfig"), package("qlxsim"))
+    def test_lintian_has_nothing_to_say_but_for_the_compilers_name_and_chance_words_in_the_programs(self):
+        output("lintian", "--fail-on", "error,warning,info,pedantic", "--display-info", "--pedantic",
+               "--suppress-tags", "binary-has-unneeded-section,spelling-error-in-binary",
+               package("qlxconfig"), package("qlxsim"))
 
     def test_each_package_holds_its_files(self):
         self.assertEqual(TOOL - set(members("qlxconfig")), set())
