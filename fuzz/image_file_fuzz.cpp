@@ -1,14 +1,15 @@
 // Any bytes as a picture: the decoders take or refuse them, and what they take keeps its word.
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 
+#include "fuzz/require.h"
 #include "platform/image_file.h"
 #include "platform/picture_decoders.h"
 
 namespace {
 
+using qlx::Require;
 using qlx::platform::DecodedImage;
 using qlx::platform::DecodePicture;
 using qlx::platform::PictureBytes;
@@ -25,10 +26,6 @@ std::optional<DecodedImage> Decoded(std::span<const std::uint8_t> bytes) {
     return count;
   });
   return DecodePicture(source);
-}
-
-void Require(bool promise) {
-  if (!promise) std::abort();
 }
 
 void RequireSame(const RgbImage& one, const RgbImage& other) {

@@ -1,8 +1,8 @@
 // Any blocks from a printer, asked for or not: the page's lists keep their word.
 #include <algorithm>
-#include <cstdlib>
 #include <stdexcept>
 
+#include "fuzz/require.h"
 #include "pages/PRINTERSettings.h"
 #include "pages/PrinterAnswers.h"
 #include "pages/code_pages.h"
@@ -13,10 +13,7 @@ using qlx::CodePageList;
 using qlx::ItemList;
 using qlx::PrinterAnswers;
 using qlx::PRINTERSettings;
-
-void Require(bool promise) {
-  if (!promise) std::abort();
-}
+using qlx::Require;
 
 /// Takes a block off the front of `bytes`: a byte whose lowest bit says whether information is asked for
 /// before it, two bytes of length, and that many bytes or as many as there are.

@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 #include <arpa/inet.h>
@@ -75,7 +76,8 @@ bool LogService::Listen(std::uint16_t port) {
 
 void LogService::Stop() {
   if (listener_ < 0) return;
-  Accept();
+  while (AcceptOne()) {  // none is waited for any more: the loop may be over
+  }
   while (!clients_.empty()) {
     Client& client = clients_.front();
     for (int reads = 0; reads < kLastReads && ReceiveOnce(client) == Received::kBytes; ++reads) {
@@ -96,17 +98,23 @@ std::uint16_t LogService::port() const {
 }
 
 void LogService::Accept() {
+  while (AcceptOne()) {
+    const auto client = std::prev(clients_.end());
+    client->readable = loop_.OnReadable(client->socket, [this, client] { Receive(client); });
+  }
+}
+
+bool LogService::AcceptOne() {
   while (true) {
     const int socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    if (socket < 0) return;
-    if (clients_.size() == kMostClients) {
-      close(socket);
-      say_("log client refused: there are " + std::to_string(kMostClients));
-      continue;
+    if (socket < 0) return false;
+    if (clients_.size() < kMostClients) {
+      clients_.push_back(Client{socket, ++last_number_, {}, {}});
+      say_("log client " + std::to_string(last_number_) + " connected");
+      return true;
     }
-    const auto client = clients_.insert(clients_.end(), Client{socket, ++last_number_, {}, {}});
-    client->readable = loop_.OnReadable(socket, [this, client] { Receive(client); });
-    say_("log client " + std::to_string(client->number) + " connected");
+    close(socket);
+    say_("log client refused: there are " + std::to_string(kMostClients));
   }
 }
 

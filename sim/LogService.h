@@ -44,7 +44,10 @@ class LogService {
   };
 
   bool Listen(std::uint16_t port);
+  /// Takes in every client that waits.
   void Accept();
+  /// Takes in one, as the last of the list; false when none waits.
+  bool AcceptOne();
   void Receive(std::list<Client>::iterator client);
   Received ReceiveOnce(Client& client);
   void Take(Client& client, std::string_view bytes);

@@ -7,21 +7,10 @@ import signal
 import subprocess
 import sys
 import tempfile
-import xml.etree.ElementTree as ElementTree
+
+from saved_file import FILE, beside, number, save
 
 LONGEST_LIFE = 0.03  # seconds: a few saves
-FILE = "QLXConfig.xml"
-NAMES = {FILE, FILE + ".bak"}
-
-
-def whole(path):
-    """The number that the save wrote first and last; None when they differ or the file does not parse."""
-    try:
-        root = ElementTree.parse(path).getroot()
-    except ElementTree.ParseError:
-        return None
-    first = root.findtext("Ports_Configuration/Number")
-    return first if first == root.findtext("Printer_Configuration/Number") else None
 
 
 def kill_one(saver, path, moment):
@@ -35,25 +24,21 @@ def kill_one(saver, path, moment):
         return process.wait() == -signal.SIGKILL
 
 
-def save(saver, path):
-    subprocess.run([saver, path, "2"], check=True, stdout=subprocess.DEVNULL)
-
-
 def run(saver, count, moments, directory):
     path = os.path.join(directory, FILE)
     seen = dict.fromkeys(("during", "saved", "broken", "broken_copies", "left_beside"), 0)
-    save(saver, path)
-    save(saver, path)  # the first found no file to keep a copy of
+    save(saver, path, 2)  # the first found no file to keep a copy of
+    save(saver, path, 2)
     for _ in range(count):
         if not kill_one(saver, path, moments.uniform(0, LONGEST_LIFE)):
             sys.exit("the saver ended by itself")
-        seen["during"] += bool(set(os.listdir(directory)) - NAMES)
-        number = whole(path)
-        seen["broken"] += number is None
-        seen["saved"] += number not in (None, "1")
-        seen["broken_copies"] += whole(path + ".bak") is None
-        save(saver, path)
-        seen["left_beside"] += set(os.listdir(directory)) != NAMES
+        seen["during"] += bool(beside(directory))
+        stands = number(path)
+        seen["broken"] += stands is None
+        seen["saved"] += stands not in (None, 1)
+        seen["broken_copies"] += number(path + ".bak") is None
+        save(saver, path, 2)
+        seen["left_beside"] += bool(beside(directory))
     return seen
 
 

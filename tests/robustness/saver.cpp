@@ -1,6 +1,6 @@
-// saver FILE [COUNT]: saves FILE COUNT times (without end if none is given), each time with the next number
-// in its first and its last value, and prints "saving" before the first save. A save that fails ends it
-// with 1.
+// saver FILE [COUNT [FIRST]]: saves FILE COUNT times (without end if none is given or it is below 0), each
+// time with the next number from FIRST (0) on in its first and its last value. Prints "saving" before the
+// first save and "saved NUMBER" after each one. A save that fails ends it with 1.
 #include <cstdio>
 #include <cstdlib>
 
@@ -21,16 +21,19 @@ void Fill(qlx::ConfigDocument& document) {
 int main(int argc, char** argv) {
   if (argc < 2) return 2;
   const long count = argc > 2 ? std::atol(argv[2]) : -1;
+  const long first = argc > 3 ? std::atol(argv[3]) : 0;
   const auto document = qlx::MakeConfigDocument([](const auto&, const auto&) { std::exit(1); });
   const bool existed = document->Open(qlx::platform::PathText(argv[1]), false);
   if (!existed) document->Open(qlx::platform::PathText(argv[1]), true);
   document->SetValue(L"Ports_Configuration", L"Number", L"0");
   if (!existed) Fill(*document);
-  for (long number = 0; number != count; ++number) {
+  std::puts("saving");
+  std::fflush(stdout);
+  for (long number = first; count < 0 || number - first < count; ++number) {
     document->SetValue(L"Ports_Configuration", L"Number", std::to_wstring(number));
     document->SetValue(L"Printer_Configuration", L"Number", std::to_wstring(number));
-    if (number == 0) std::puts("saving");
-    if (number == 0) std::fflush(stdout);
     document->Save();
+    std::printf("saved %ld\n", number);
+    std::fflush(stdout);
   }
 }

@@ -1,6 +1,7 @@
 #include <fstream>
 #include <iterator>
 #include <list>
+#include <optional>
 
 #include <gmock/gmock.h>
 
@@ -130,6 +131,22 @@ TEST_F(LogServiceTest, StoppingTakesWhatWasAlreadySentEvenByAClientNotYetAccepte
     service_.Stop();
   });
   EXPECT_EQ(Log(), "last\r\n");
+}
+
+TEST(LogServiceWithoutLoop, ItsEndTakesInWhoStillWaits) {
+  const ScratchDirectory directory;
+  SaidLines said;
+  EventLoop loop;
+  std::optional<LogService> service;
+  service.emplace(
+      loop, [] { return LogSettings{.port = 0}; }, directory.path(), said.Listener());
+  ASSERT_TRUE(service->Start());
+  loop.Stop();
+  loop.Run();
+  const TcpClient client(service->port());
+  client.Send("late\r\n");
+  service.reset();
+  EXPECT_THAT(said.All(), Contains("log record from 1: late"));
 }
 
 TEST_F(LogServiceTest, StoppingClosesTheClientsAndThePort) {
