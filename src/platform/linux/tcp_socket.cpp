@@ -79,11 +79,7 @@ class BsdSocket final : public TcpSocket {
 
   bool Connect(std::uint32_t address, std::uint16_t port, std::chrono::milliseconds limit) override {
     const sockaddr_in peer = Address(address, port);
-    if (connect(socket_, Plain(peer), sizeof peer) == 0) return true;
-    if (errno != EINPROGRESS || WaitWritable(limit) != WaitEnd::kReady) return false;
-    int error = 0;
-    socklen_t size = sizeof error;
-    return getsockopt(socket_, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
+    return Reach(peer, limit) && !MeetsItself(peer);
   }
 
   WaitEnd WaitWritable(std::chrono::microseconds limit) override {
@@ -111,6 +107,26 @@ class BsdSocket final : public TcpSocket {
   }
 
  private:
+  bool Reach(const sockaddr_in& peer, std::chrono::milliseconds limit) {
+    if (connect(socket_, Plain(peer), sizeof peer) == 0) return true;
+    if (errno != EINPROGRESS || WaitWritable(limit) != WaitEnd::kReady) return false;
+    int error = 0;
+    socklen_t size = sizeof error;
+    return getsockopt(socket_, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
+  }
+
+  /// Where nobody listens, the port that the system chose for us can be the one that we call: the socket then
+  /// talks to itself and keeps the port from its service. Closing it leaves the port free at once.
+  bool MeetsItself(const sockaddr_in& peer) const {
+    sockaddr_in own{};
+    socklen_t size = sizeof own;
+    getsockname(socket_, reinterpret_cast<sockaddr*>(&own), &size);
+    if (own.sin_port != peer.sin_port || own.sin_addr.s_addr != peer.sin_addr.s_addr) return false;
+    const linger at_once{1, 0};
+    setsockopt(socket_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+    return true;
+  }
+
   int socket_ = kNone;
 };
 
