@@ -4,7 +4,7 @@ import subprocess
 from pathlib import Path
 
 HEADER = """\
-# The texts of QLXConfig. Made by scripts/translations, never by hand.
+# The texts of QLXConfig; scripts/translations keeps them in step with the source.
 msgid ""
 msgstr ""
 "Project-Id-Version: QLXConfig\\n"
