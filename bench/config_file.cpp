@@ -95,8 +95,8 @@ std::size_t ReadBare(const fs::path& path) {
 }
 
 std::unique_ptr<qlx::ConfigDocument> Opened(const fs::path& path) {
-  auto document = qlx::MakeConfigDocument(
-      [](const std::wstring&, const std::wstring&) { throw std::runtime_error("the save failed"); });
+  auto document =
+      qlx::MakeConfigDocument([](const std::wstring&) { throw std::runtime_error("the save failed"); });
   Require(document->Open(path.wstring(), false), "the tool cannot read the file");
   return document;
 }

@@ -94,7 +94,7 @@ IButtonSettings ReadIButton(const Section& section) {
 /// Null when the file cannot be loaded.
 std::unique_ptr<ConfigDocument> OpenDocument(const std::filesystem::path& path) {
   try {
-    auto document = MakeConfigDocument([](const std::wstring&, const std::wstring&) {});
+    auto document = MakeConfigDocument([](const std::wstring&) {});
     if (!document->Open(platform::PathText(path.native()), false)) return nullptr;
     return document;
   } catch (const std::exception&) {

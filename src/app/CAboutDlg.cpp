@@ -6,21 +6,23 @@
 
 #include "app/program_icon.h"
 #include "controls/accessible_id.h"
+#include "controls/translation.h"
 
 namespace qlx {
 namespace {
 
 constexpr int kIconSize = 48;
+constexpr int kOk = 1;
 
 }  // namespace
 
-CAboutDlg::CAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, "About Configuration Tool") {
+CAboutDlg::CAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("About Configuration Tool")) {
   auto* version = new wxBoxSizer(wxHORIZONTAL);
-  version->Add(new wxStaticText(this, wxID_ANY, "Version:"), wxSizerFlags().Border(wxRIGHT));
+  version->Add(new wxStaticText(this, wxID_ANY, _("Version:")), wxSizerFlags().Border(wxRIGHT));
   version->Add(new wxStaticText(this, wxID_ANY, QLX_VERSION));
   auto* lines = new wxBoxSizer(wxVERTICAL);
   lines->Add(version, wxSizerFlags().Border(wxBOTTOM));
-  lines->Add(new wxStaticText(this, wxID_ANY, "Configures the Quillon driver suite on this terminal."));
+  lines->Add(new wxStaticText(this, wxID_ANY, _("Configures the Quillon driver suite on this terminal.")));
 
   auto* body = new wxBoxSizer(wxHORIZONTAL);
   body->Add(new wxStaticBitmap(this, wxID_ANY, ProgramIcon(wxSize(kIconSize, kIconSize))),
@@ -28,10 +30,19 @@ CAboutDlg::CAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, "About Confi
   body->Add(lines, wxSizerFlags().CentreVertical().DoubleBorder(wxTOP | wxBOTTOM | wxRIGHT));
   auto* frame = new wxBoxSizer(wxVERTICAL);
   frame->Add(body);
-  frame->Add(CreateButtonSizer(wxOK), wxSizerFlags().Expand().Border(wxALL));
+  frame->Add(MakeButton(), wxSizerFlags().Right().DoubleBorder(wxLEFT | wxRIGHT | wxBOTTOM));
   SetSizerAndFit(frame);
   CentreOnParent();
   PublishIds(*this);
+}
+
+/// By a number of its own: GTK would put its own word on the toolkit's, in the language of the process.
+wxButton* CAboutDlg::MakeButton() {
+  auto* ok = new wxButton(this, kOk, _("OK"));
+  ok->SetDefault();
+  SetAffirmativeId(kOk);
+  SetEscapeId(kOk);
+  return ok;
 }
 
 }  // namespace qlx

@@ -1,6 +1,7 @@
 // The about box.
 #pragma once
 
+#include <wx/button.h>
 #include <wx/dialog.h>
 
 namespace qlx {
@@ -8,6 +9,9 @@ namespace qlx {
 class CAboutDlg : public wxDialog {
  public:
   explicit CAboutDlg(wxWindow* parent);
+
+ private:
+  wxButton* MakeButton();
 };
 
 }  // namespace qlx

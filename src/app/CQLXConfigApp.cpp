@@ -2,17 +2,22 @@
 
 #include "app/CQLXConfigDlg.h"
 #include "controls/message_box.h"
+#include "controls/translation.h"
+#include "platform/program.h"
 
 namespace qlx {
 namespace {
 
 constexpr char kInstanceName[] = "__MZPCONFIG__";
+constexpr wchar_t kTranslations[] = L"locale";
 
 }  // namespace
 
 bool CQLXConfigApp::OnInit() {
   instance_ = platform::TakeSingleInstance(kInstanceName);
-  SetAppDisplayName(kProgramTitle);
+  if (const auto folder = platform::ThisProgram().PathBesideExecutable(kTranslations))
+    LoadTranslations(*folder);
+  SetAppDisplayName(Translated(kProgramTitle));
   return wxApp::OnInit();
 }
 

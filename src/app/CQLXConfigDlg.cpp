@@ -9,9 +9,11 @@
 #include "app/CAboutDlg.h"
 #include "app/EndProgram.h"
 #include "app/program_icon.h"
+#include "config/save_error.h"
 #include "config/start_up.h"
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
+#include "controls/translation.h"
 #include "log/LogMessage.h"
 #include "pages/IBDialog.h"
 #include "pages/LOGDialog.h"
@@ -29,12 +31,12 @@ constexpr int kAboutCommand = 0x0010;
 constexpr int kPrinterTab = 4;
 constexpr std::chrono::milliseconds kAnswerTime{1500};
 
-constexpr wchar_t kNoRights[] =
+constexpr const wchar_t* kNoRights = Translatable(
     L"You do not have sufficient permissions.\n"
-    L"Please run the application as Administrator if you need to change the settings.";
-constexpr wchar_t kRestartQuestion[] =
+    "Please run the application as Administrator if you need to change the settings.");
+constexpr const wchar_t* kRestartQuestion = Translatable(
     L"Configuration file changed. You must restart the services for the configuration to take effect.\n\n"
-    L"Do you want to restart the services now?";
+    "Do you want to restart the services now?");
 
 void LogPrinterPortNotOpened(const char* place) {
   LogMessage(MZP_PRINTER, LEVEL_ERROR, "%s Couldn't open COM port. Maybe not configured.", place);
@@ -43,7 +45,7 @@ void LogPrinterPortNotOpened(const char* place) {
 }  // namespace
 
 CQLXConfigDlg::CQLXConfigDlg()
-    : wxDialog(nullptr, wxID_ANY, kProgramTitle, wxDefaultPosition, wxDefaultSize,
+    : wxDialog(nullptr, wxID_ANY, Translated(kProgramTitle), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMINIMIZE_BOX),
       tabs_(new wxNotebook(this, kTabControl)),
       editable_(platform::MayChangeSettings()),
@@ -71,21 +73,21 @@ void CQLXConfigDlg::MakePages() {
   auto* ibutton = new IBDialog(tabs_, EndProgram);
   printer_ = new PRINTERDialog(tabs_, EndProgram);
   pages_ = {ports_, logging, msr, ibutton, printer_};
-  tabs_->AddPage(ports_, "COM Ports");
-  tabs_->AddPage(logging, "Logging");
-  tabs_->AddPage(msr, "MSR");
-  tabs_->AddPage(ibutton, "iButton");
-  tabs_->AddPage(printer_, "Printer");
+  tabs_->AddPage(ports_, _("COM Ports"));
+  tabs_->AddPage(logging, _("Logging"));
+  tabs_->AddPage(msr, _("MSR"));
+  tabs_->AddPage(ibutton, _("iButton"));
+  tabs_->AddPage(printer_, _("Printer"));
 }
 
 void CQLXConfigDlg::LayOut() {
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
-  buttons->Add(new wxButton(this, kAboutCommand, "&About Configuration Tool..."));
-  asking_ = new wxStaticText(this, wxID_ANY, "Asking the printer...");
+  buttons->Add(new wxButton(this, kAboutCommand, _("&About Configuration Tool...")));
+  asking_ = new wxStaticText(this, wxID_ANY, _("Asking the printer..."));
   asking_->Hide();
   buttons->Add(asking_, wxSizerFlags().CentreVertical().Border(wxLEFT).ReserveSpaceEvenIfHidden());
   buttons->AddStretchSpacer();
-  apply_all_ = new wxButton(this, kApplyAllButton, "Apply All");
+  apply_all_ = new wxButton(this, kApplyAllButton, _("Apply All"));
   buttons->Add(apply_all_);
 
   auto* frame = new wxBoxSizer(wxVERTICAL);
@@ -117,8 +119,11 @@ void CQLXConfigDlg::BindEvents() {
 }
 
 void CQLXConfigDlg::LoadDocument() {
-  document_ = MakeConfigDocument([this](const std::wstring& title, const std::wstring& text) {
-    const auto show = [&] { ShowBox(this, text, BoxIcon::kError, title); };
+  document_ = MakeConfigDocument([this](const std::wstring& path) {
+    const auto show = [&] {
+      ShowBox(this, SaveErrorText(Translated(kSaveErrorSentence), path), BoxIcon::kError,
+              Translated(kSaveErrorTitle));
+    };
     if (wxIsMainThread()) return show();
     calls_.Run(show);
   });
@@ -134,7 +139,7 @@ void CQLXConfigDlg::InitialisePages() {
 void CQLXConfigDlg::OnShown() {
   if (shown_) return;
   shown_ = true;
-  if (!editable_) ShowBox(this, kNoRights, BoxIcon::kExclamation);
+  if (!editable_) ShowBox(this, Translated(kNoRights), BoxIcon::kExclamation);
   QueryPrinterAtStart();
 }
 
@@ -192,14 +197,14 @@ bool CQLXConfigDlg::busy() const {
 void CQLXConfigDlg::OnApplyAll() {
   if (busy()) return;
   for (SettingsPage* page : pages_) page->SaveToData();
-  ShowBox(this, L"All settings saved.", BoxIcon::kInformation);
+  ShowBox(this, _("All settings saved.").ToStdWstring(), BoxIcon::kInformation);
 }
 
 void CQLXConfigDlg::OnCancel() {
   // A window manager may ask for the close even while a box is open over the window.
   if (busy() || modal_depth_.count() > 1) return;
   if (!document_->changed()) return EndModal(wxID_CANCEL);
-  const std::optional<bool> restart = AskYesNo(this, kRestartQuestion);
+  const std::optional<bool> restart = AskYesNo(this, Translated(kRestartQuestion));
   if (!restart) return;  // neither Yes nor No: the window stays
   if (*restart) {
     restart_.Start();

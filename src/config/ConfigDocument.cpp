@@ -4,17 +4,8 @@
 #include <exception>
 #include <utility>
 
-#include "platform/text.h"
-
 namespace qlx {
 namespace {
-
-constexpr std::size_t kLongestErrorText = 260;  // UTF-16 units
-
-std::wstring SaveErrorText(const std::wstring& path) {
-  const std::wstring text = L"Unable to save file \"" + path + L"\".\nPlease check location of file";
-  return std::wstring(platform::Utf16Prefix(text, kLongestErrorText));
-}
 
 std::wstring SectionPath(const std::wstring& section) {
   return L"MZP//" + section;
@@ -38,11 +29,12 @@ bool ConfigDocument::Open(const std::wstring& path, bool create_if_missing) {
 
 bool ConfigDocument::Save(const std::wstring& path) {
   if (!loaded_) return false;
-  const bool saved = xml_->Save(path.empty() ? path_ : path);
+  const std::wstring& target = path.empty() ? path_ : path;
+  const bool saved = xml_->Save(target);
   if (saved) {
     changed_ = true;
   } else {
-    show_save_error_(L"Save File Error!", SaveErrorText(path.empty() ? path_ : path));
+    show_save_error_(target);
   }
   return saved;
 }

@@ -17,8 +17,8 @@ class ConfigDocument {
   /// ReadTree's answer when no file has been opened.
   static constexpr int kNotLoaded = 1006;
 
-  /// Shows a box with the error icon.
-  using ShowSaveError = std::function<void(const std::wstring& title, const std::wstring& text)>;
+  /// Tells the user in a box with the error icon, by the words of save_error.h, that `path` was not written.
+  using ShowSaveError = std::function<void(const std::wstring& path)>;
 
   ConfigDocument(std::unique_ptr<xmlclass> xml, ShowSaveError show_save_error);
 

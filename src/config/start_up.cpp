@@ -1,12 +1,13 @@
 #include "config/start_up.h"
 
+#include "config/Message.h"
 #include "config/schema.h"
 
 namespace qlx {
 namespace {
 
 constexpr wchar_t kDefaultPath[] = L"C:\\Program Files\\Harlune\\MZP\\BIN\\QLXConfig.xml";
-constexpr wchar_t kLoadError[] = L"Error loading QLXConfig.xml!\nExiting program.";
+constexpr const wchar_t* kLoadError = Translatable(L"Error loading QLXConfig.xml!\nExiting program.");
 
 ConfigNode DefaultTree() {
   ConfigNode root{std::wstring(kRootElement), {}, {}, {}};

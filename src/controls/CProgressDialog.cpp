@@ -3,6 +3,7 @@
 #include <wx/sizer.h>
 
 #include "controls/accessible_id.h"
+#include "controls/translation.h"
 
 namespace qlx {
 namespace {
@@ -12,7 +13,7 @@ constexpr int kMarqueeIntervalMs = 30;
 }  // namespace
 
 CProgressDialog::CProgressDialog(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, "In Progress...", wxDefaultPosition, wxDefaultSize, wxCAPTION) {
+    : wxDialog(parent, wxID_ANY, _("In Progress..."), wxDefaultPosition, wxDefaultSize, wxCAPTION) {
   bar_ = new wxGauge(this, kBarId, 100, wxDefaultPosition, ConvertDialogToPixels(wxSize(151, 14)));
   SetAccessibleName(*bar_, GetTitle());
   auto* frame = new wxBoxSizer(wxVERTICAL);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "controls/message_box.h"
+#include "controls/translation.h"
 
 namespace qlx {
 
@@ -13,9 +14,10 @@ void RestartProgress::OnRestartProgress(int state) {
   calls_.Run([this, state] { Handle(state); });
 }
 
-void RestartProgress::ShowRestartMessage(const std::wstring& text, RestartIcon icon) {
+void RestartProgress::ShowRestartMessage(const Message& message, RestartIcon icon) {
   const BoxIcon picture = icon == RestartIcon::kInformation ? BoxIcon::kInformation : BoxIcon::kNone;
-  calls_.Run([this, text, picture] { ShowBox(wxGetTopLevelParent(&window_), text, picture); });
+  calls_.Run(
+      [this, message, picture] { ShowBox(wxGetTopLevelParent(&window_), Translated(message), picture); });
 }
 
 void RestartProgress::Handle(int state) {
@@ -23,7 +25,7 @@ void RestartProgress::Handle(int state) {
     case 0:
       window_.Disable();
       if (!progress_) progress_ = std::make_unique<CProgressDialog>(wxGetTopLevelParent(&window_));
-      progress_->SetTitle("Restarting services...");
+      progress_->SetTitle(_("Restarting services..."));
       progress_->Show();
       break;
     case 1:

@@ -22,7 +22,7 @@ class RestartProgress : public RestartTarget {
   RestartProgress(wxWindow& window, wxWindow* focus_after, std::function<void()> over);
 
   void OnRestartProgress(int state) override;
-  void ShowRestartMessage(const std::wstring& text, RestartIcon icon) override;
+  void ShowRestartMessage(const Message& message, RestartIcon icon) override;
 
   /// Lets a worker that waits for the user-interface thread go on, now and from now on.
   void Release() { calls_.Close(); }

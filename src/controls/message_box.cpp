@@ -22,12 +22,15 @@ long IconStyle(BoxIcon icon) {
 }  // namespace
 
 void ShowBox(wxWindow* parent, const std::wstring& text, BoxIcon icon, const std::wstring& title) {
-  wxMessageDialog(parent, text, title, wxOK | wxCENTRE | IconStyle(icon)).ShowModal();
+  wxMessageDialog box(parent, text, title, wxOK | wxCENTRE | IconStyle(icon));
+  box.SetOKLabel(_("&OK"));
+  box.ShowModal();
 }
 
 std::optional<bool> AskYesNo(wxWindow* parent, const std::wstring& question) {
-  switch (
-      wxMessageDialog(parent, question, kProgramTitle, wxYES_NO | wxCENTRE | wxICON_QUESTION).ShowModal()) {
+  wxMessageDialog box(parent, question, Translated(kProgramTitle), wxYES_NO | wxCENTRE | wxICON_QUESTION);
+  box.SetYesNoLabels(_("&Yes"), _("&No"));
+  switch (box.ShowModal()) {
     case wxID_YES:
       return true;
     case wxID_NO:

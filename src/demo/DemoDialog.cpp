@@ -8,6 +8,7 @@
 
 #include "controls/BusyWindow.h"
 #include "controls/accessible_id.h"
+#include "controls/translation.h"
 #include "demo/demo_commands.h"
 #include "demo/demo_kinds.h"
 #include "demo/received_text.h"
@@ -42,15 +43,15 @@ wxFont FixedPitchFont(const wxFont& like) {
   return info;
 }
 
-wxString Label(std::wstring_view text, const char* otherwise) {
-  return text.empty() ? wxString(otherwise) : wxString(std::wstring(text));
+wxString Label(std::wstring_view text, const wxString& otherwise) {
+  return text.empty() ? otherwise : wxString(Translated(text));
 }
 
 }  // namespace
 
 DemoDialog::DemoDialog(wxWindow* parent, DeviceKind kind, const std::wstring& port,
                        SerialLink::OpenPort open_port)
-    : wxDialog(parent, wxID_ANY, std::wstring(Kind(kind).title), wxDefaultPosition, wxDefaultSize,
+    : wxDialog(parent, wxID_ANY, Translated(Kind(kind).title), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER),
       kind_(kind),
       session_(
@@ -79,11 +80,11 @@ void DemoDialog::LayOut(const std::wstring& port) {
 wxSizer* DemoDialog::MakeCommands(const std::wstring& port) {
   const DemoKind& look = Kind(kind_);
   auto* row = new wxBoxSizer(wxHORIZONTAL);
-  row->Add(new wxStaticText(this, wxID_ANY, "COM Port:"), wxSizerFlags().CentreVertical().Border(wxRIGHT));
+  row->Add(new wxStaticText(this, wxID_ANY, _("COM Port:")), wxSizerFlags().CentreVertical().Border(wxRIGHT));
   row->Add(new wxStaticText(this, kPortLabel, port), wxSizerFlags().CentreVertical());
   row->AddStretchSpacer();
-  command_ = new wxButton(this, kCommandButton, Label(look.command, "Command"));
-  command2_ = new wxButton(this, kCommand2Button, Label(look.command2, "Command2"));
+  command_ = new wxButton(this, kCommandButton, Label(look.command, _("Command")));
+  command2_ = new wxButton(this, kCommand2Button, Label(look.command2, _("Command2")));
   command_->Show(!look.command.empty());
   command2_->Show(!look.command2.empty());
   row->Add(command_, wxSizerFlags().Border(wxLEFT));
@@ -97,18 +98,18 @@ void DemoDialog::MakeOutput() {
   output_->SetFont(FixedPitchFont(output_->GetFont()));
   const wxSize character = output_->GetTextExtent("0");
   output_->SetMinSize(wxSize(kColumns * character.x, kRows * character.y));
-  SetAccessibleName(*output_, "Received data");
+  SetAccessibleName(*output_, _("Received data"));
 }
 
 wxSizer* DemoDialog::MakeFoot() {
   const DemoKind& look = Kind(kind_);
   auto* row = new wxBoxSizer(wxHORIZONTAL);
-  hex_ = new wxCheckBox(this, kHexCheckBox, "Show Data In Hex");
+  hex_ = new wxCheckBox(this, kHexCheckBox, _("Show Data In Hex"));
   hex_->Show(look.offers_hex);
   hex_->SetValue(look.starts_hex);
-  clear_ = new wxButton(this, kClearButton, "Clear");
+  clear_ = new wxButton(this, kClearButton, _("Clear"));
   clear_->Disable();
-  auto* close = new wxButton(this, kCloseButton, "Close");
+  auto* close = new wxButton(this, kCloseButton, _("Close"));
   close->SetDefault();
   row->Add(hex_, wxSizerFlags().CentreVertical());
   row->AddStretchSpacer();
@@ -159,11 +160,11 @@ void DemoDialog::Append(const std::vector<SessionEvent>& events) {
   };
   for (const SessionEvent& event : events) {
     if (const auto* line = std::get_if<std::wstring>(&event)) {
-      add(*line);
+      add(Translated(*line));
     } else {
-      for (const std::wstring& line_of_block :
+      for (const Message& line_of_block :
            DescribeReceived(kind_, std::get<std::vector<std::uint8_t>>(event), hex_->GetValue())) {
-        add(line_of_block);
+        add(Translated(line_of_block));
       }
     }
   }

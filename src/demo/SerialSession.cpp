@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "config/Message.h"
+
 namespace qlx {
 namespace {
 
@@ -11,15 +13,15 @@ constexpr std::size_t kMostEvents = 256;
 std::wstring OpenErrorLine(platform::SerialOpenError error) {
   switch (error) {
     case platform::SerialOpenError::kReadEvent:
-      return L"<Error Creating Read Event>";
+      return Translatable(L"<Error Creating Read Event>");
     case platform::SerialOpenError::kWriteEvent:
     case platform::SerialOpenError::kStopEvent:  // the same words, on purpose
-      return L"<Error Creating Write Event>";
+      return Translatable(L"<Error Creating Write Event>");
     case platform::SerialOpenError::kDevice:
     case platform::SerialOpenError::kTimeouts:
       break;
   }
-  return L"<Error Opening COM Port>";
+  return Translatable(L"<Error Opening COM Port>");
 }
 
 std::span<const std::uint8_t> Bytes(std::string_view chunk) {
@@ -35,12 +37,12 @@ SerialSession::SerialSession(SerialLink::OpenPort open_port, std::function<void(
             {[this](std::span<const std::uint8_t> block) {
                if (!block.empty()) AddFromReader(std::vector<std::uint8_t>(block.begin(), block.end()));
              },
-             [this](ReadFailure, int) { AddFromReader(L"<Error Reading Port>"); }},
+             [this](ReadFailure, int) { AddFromReader(Translatable(L"<Error Reading Port>")); }},
             std::move(while_waiting)) {}
 
 bool SerialSession::Open(const std::wstring& port) {
   const auto error = port.empty() ? platform::SerialOpenError::kDevice : link_.Open(port);
-  Add(error ? OpenErrorLine(*error) : L"<COM Port Opened>");
+  Add(error ? OpenErrorLine(*error) : Translatable(L"<COM Port Opened>"));
   return !error;
 }
 
@@ -48,7 +50,7 @@ void SerialSession::Send(const DemoCommand& command) {
   if (!command.announcement.empty()) Add(std::wstring(command.announcement));
   for (const std::string_view chunk : command.chunks) {
     if (stopped_) return;
-    if (link_.Write(Bytes(chunk)) == WriteEnd::kFailed) Add(L"<Error Writing to Port>");
+    if (link_.Write(Bytes(chunk)) == WriteEnd::kFailed) Add(Translatable(L"<Error Writing to Port>"));
   }
 }
 

@@ -15,7 +15,7 @@
 
 namespace qlx {
 
-/// Something to show: a line of the session's own, or a block as it was received.
+/// Something to show: a line of the session's own, a text of the catalogues, or a block as it was received.
 using SessionEvent = std::variant<std::wstring, std::vector<std::uint8_t>>;
 
 /// Collects what happens until it is taken, in order and without loss: a reader that is far ahead waits. All

@@ -1,5 +1,7 @@
 #include "demo/demo_commands.h"
 
+#include "config/Message.h"
+
 namespace qlx {
 namespace {
 
@@ -53,7 +55,7 @@ constexpr std::string_view kPrinterStatus[] = {"\x1B\x76"sv};
 DemoCommand FirstDemoCommand(DeviceKind kind) {
   switch (kind) {
     case kLineDisplay:
-      return {L"<Sending \"HARLUNE TEST<LF><CR>0123456789\">", kText};
+      return {Translatable(L"<Sending \"HARLUNE TEST<LF><CR>0123456789\">"), kText};
     case kCashDrawer1:
     case kCashDrawer2:
     case kCashDrawerPci:

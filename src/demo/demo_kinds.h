@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "config/DeviceKind.h"
+#include "config/Message.h"
 
 namespace qlx {
 
@@ -17,13 +18,13 @@ struct DemoKind {
 };
 
 inline constexpr DemoKind kDemoKinds[kDeviceKinds] = {
-    {L"MSR Demo", L"", L"", true, false},
-    {L"Line Display Demo", L"Send Text", L"", false, false},
-    {L"iButton Demo", L"", L"", true, true},
-    {L"Cash Drawer Demo", L"Open CDs", L"Get Status", false, true},
-    {L"Cash Drawer Demo", L"Open CDs", L"Get Status", false, true},
-    {L"Cash Drawer Demo", L"Open CDs", L"Get Status", false, true},
-    {L"Printer Demo", L"Print Receipt", L"", false, true},
+    {Translatable(L"MSR Demo"), L"", L"", true, false},
+    {Translatable(L"Line Display Demo"), Translatable(L"Send Text"), L"", false, false},
+    {Translatable(L"iButton Demo"), L"", L"", true, true},
+    {Translatable(L"Cash Drawer Demo"), Translatable(L"Open CDs"), Translatable(L"Get Status"), false, true},
+    {Translatable(L"Cash Drawer Demo"), Translatable(L"Open CDs"), Translatable(L"Get Status"), false, true},
+    {Translatable(L"Cash Drawer Demo"), Translatable(L"Open CDs"), Translatable(L"Get Status"), false, true},
+    {Translatable(L"Printer Demo"), Translatable(L"Print Receipt"), L"", false, true},
 };
 
 constexpr bool IsCashDrawer(DeviceKind kind) {

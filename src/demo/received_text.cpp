@@ -78,31 +78,33 @@ const wchar_t* DrawerState(const wchar_t* (&states)[3], bool present, bool open)
 
 /// The open bit of drawer 2 comes from the first byte and every other bit from the last, on purpose: drawers
 /// answer one byte, and what two-byte answers mean was settled so.
-void AddDrawerStatus(std::span<const std::uint8_t> reply, std::vector<std::wstring>& lines) {
-  static const wchar_t* drawer1[] = {L"<Cash Drawer 1 is Not Present.>", L"<Cash Drawer 1 is Opened.>",
-                                     L"<Cash Drawer 1 is Closed.>"};
-  static const wchar_t* drawer2[] = {L"<Cash Drawer 2 is Not Present.>", L"<Cash Drawer 2 is Opened.>",
-                                     L"<Cash Drawer 2 is Closed.>"};
+void AddDrawerStatus(std::span<const std::uint8_t> reply, std::vector<Message>& lines) {
+  static const wchar_t* drawer1[] = {Translatable(L"<Cash Drawer 1 is Not Present.>"),
+                                     Translatable(L"<Cash Drawer 1 is Opened.>"),
+                                     Translatable(L"<Cash Drawer 1 is Closed.>")};
+  static const wchar_t* drawer2[] = {Translatable(L"<Cash Drawer 2 is Not Present.>"),
+                                     Translatable(L"<Cash Drawer 2 is Opened.>"),
+                                     Translatable(L"<Cash Drawer 2 is Closed.>")};
   const std::uint8_t first = reply.front();
   const std::uint8_t last = reply.back();
-  lines.emplace_back(DrawerState(drawer1, (last & 0x10) != 0, (last & 0x40) != 0));
-  lines.emplace_back(DrawerState(drawer2, (last & 0x08) != 0, (first & 0x20) != 0));
+  lines.push_back({DrawerState(drawer1, (last & 0x10) != 0, (last & 0x40) != 0)});
+  lines.push_back({DrawerState(drawer2, (last & 0x08) != 0, (first & 0x20) != 0)});
 }
 
 }  // namespace
 
-std::vector<std::wstring> DescribeReceived(DeviceKind kind, std::span<const std::uint8_t> block, bool hex) {
+std::vector<Message> DescribeReceived(DeviceKind kind, std::span<const std::uint8_t> block, bool hex) {
   if (block.empty()) return {};
-  if (block.size() > kReadBytes) return {L"<Read Buffer Overflow>"};
+  if (block.size() > kReadBytes) return {{Translatable(L"<Read Buffer Overflow>")}};
 
-  std::vector<std::wstring> lines;
-  lines.push_back(std::to_wstring(block.size()) + L" Byte(s) Received:");
+  std::vector<Message> lines;
+  lines.push_back({Translatable(L"%s Byte(s) Received:"), std::to_wstring(block.size())});
   if (hex) {
-    lines.push_back(AsHex(block));
+    lines.push_back({{}, AsHex(block)});
   } else if (kind == kMsr) {
-    lines.push_back(AsText(BreakTracks(block)));
+    lines.push_back({{}, AsText(BreakTracks(block))});
   } else {
-    lines.push_back(AsText(block));
+    lines.push_back({{}, AsText(block)});
   }
   if (IsCashDrawer(kind)) AddDrawerStatus(block, lines);
   return lines;

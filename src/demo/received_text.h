@@ -3,15 +3,15 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "config/DeviceKind.h"
+#include "config/Message.h"
 
 namespace qlx {
 
 /// The lines for one received block: its count, its bytes as text or in hex, and for a cash drawer what its
 /// status says. A line may hold line breaks ("\n"). Nothing for an empty block.
-std::vector<std::wstring> DescribeReceived(DeviceKind kind, std::span<const std::uint8_t> block, bool hex);
+std::vector<Message> DescribeReceived(DeviceKind kind, std::span<const std::uint8_t> block, bool hex);
 
 }  // namespace qlx

@@ -8,7 +8,7 @@ namespace qlx {
 
 std::vector<ConfigNode> ReadLoggingSection(const std::wstring& path) {
   try {
-    const auto document = MakeConfigDocument([](const std::wstring&, const std::wstring&) {});
+    const auto document = MakeConfigDocument([](const std::wstring&) {});
     document->Open(path, false);
     return document->ReadSection(L"Logging_Configuration");
   } catch (const std::exception&) {

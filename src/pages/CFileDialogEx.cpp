@@ -7,19 +7,23 @@
 #include <wx/stattext.h>
 
 #include "controls/accessible_id.h"
+#include "controls/translation.h"
 #include "pages/logo_station.h"
 #include "platform/image_file.h"
 
 namespace qlx {
 namespace {
 
-constexpr char kFilter[] = "Image Files (*.bmp; *.jpg; *.gif)|*.bmp;*.jpg;*.gif";
-constexpr char kEncode[] = "Encode:";
+constexpr char kEndings[] = "*.bmp;*.jpg;*.gif";
+
+wxString Filter() {
+  return _("Image Files (*.bmp; *.jpg; *.gif)") + "|" + kEndings;
+}
 
 }  // namespace
 
 CFileDialogEx::CFileDialogEx(wxWindow* parent, IsPicture is_picture)
-    : wxFileDialog(parent, wxFileSelectorPromptStr, "", "", kFilter, wxFD_OPEN | wxFD_FILE_MUST_EXIST),
+    : wxFileDialog(parent, _("Select a file"), "", "", Filter(), wxFD_OPEN | wxFD_FILE_MUST_EXIST),
       is_picture_(std::move(is_picture)) {
   SetCustomizeHook(*this);
 }
@@ -30,8 +34,8 @@ bool CFileDialogEx::CanBeDecoded(const std::wstring& path) {
 
 void CFileDialogEx::AddCustomControls(wxFileDialogCustomize& customizer) {
   wxArrayString choices;
-  for (const EncodeChoice& choice : kEncodeChoices) choices.push_back(std::wstring(choice.text));
-  customizer.AddStaticText(kEncode);
+  for (const EncodeChoice& choice : kEncodeChoices) choices.push_back(Translated(choice.text));
+  customizer.AddStaticText(_("Encode:"));
   list_ = customizer.AddChoice(choices.size(), &choices[0]);
   list_->SetSelection(0);
   list_->Disable();
@@ -46,7 +50,7 @@ void CFileDialogEx::PublishControls() {
     if (dynamic_cast<wxStaticText*>(control) != nullptr) control->SetId(kEncodeLabel);
     if (dynamic_cast<wxChoice*>(control) == nullptr) continue;
     control->SetId(kEncodeList);
-    SetAccessibleName(*control, kEncode);
+    SetAccessibleName(*control, _("Encode:"));
   }
   PublishIds(*controls);
 }

@@ -7,6 +7,7 @@
 
 #include "controls/CToolTipButton.h"
 #include "controls/accessible_id.h"
+#include "controls/translation.h"
 #include "pages/CHexEdit.h"
 
 namespace qlx {
@@ -17,17 +18,19 @@ constexpr int kApplyButton = 1034;
 constexpr int kAscii = 1046;
 constexpr int kHex = 1047;
 
-constexpr char kNote[] = "Note: Prefix, Suffix and On Remove take hex values only, 16 bytes at most.";
+constexpr const char* kNote =
+    Translatable("Note: Prefix, Suffix and On Remove take hex values only, 16 bytes at most.");
 
-constexpr const char* kDelimiters[] = {"None", "CR", "LF", "CR+ LF", "TAB"};
+constexpr const char* kDelimiters[] = {Translatable("None"), Translatable("CR"), Translatable("LF"),
+                                       Translatable("CR+ LF"), Translatable("TAB")};
 
 constexpr IBDialog::ByteStringControls kByteStrings[] = {
-    {IBSettings::kPrefix, "Prefix:", 1048,
-     L"Paste converted ASCII characters from the HEX text box to the Prefix text box"},
-    {IBSettings::kSuffix, "Suffix (Postfix):", 1049,
-     L"Paste converted ASCII characters from the HEX text box to the Suffix text box"},
-    {IBSettings::kOnRemove, "On Remove:", 1050,
-     L"Paste converted ASCII characters from the HEX text box to the On Remove text box"},
+    {IBSettings::kPrefix, Translatable("Prefix:"), 1048,
+     Translatable(L"Paste converted ASCII characters from the HEX text box to the Prefix text box")},
+    {IBSettings::kSuffix, Translatable("Suffix (Postfix):"), 1049,
+     Translatable(L"Paste converted ASCII characters from the HEX text box to the Suffix text box")},
+    {IBSettings::kOnRemove, Translatable("On Remove:"), 1050,
+     Translatable(L"Paste converted ASCII characters from the HEX text box to the On Remove text box")},
 };
 
 wxArrayString Numbers() {
@@ -44,13 +47,15 @@ IBDialog::IBDialog(wxWindow* parent, FatalEnd end_program)
   page->Add(MakeParameters(), wxSizerFlags().Expand().Border(wxALL));
   page->Add(MakeConverter(), wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT));
   page->AddStretchSpacer();
-  page->Add(new wxStaticText(this, wxID_ANY, kNote), wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP));
+  auto* note = new wxStaticText(this, wxID_ANY, _(kNote));
+  note->Wrap(kNoteCharacters * GetCharWidth());
+  page->Add(note, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP));
   page->Add(MakeButtons(kDefaultButton, kApplyButton), wxSizerFlags().Right().Border(wxALL));
   SetSizer(page);
 }
 
 wxSizer* IBDialog::MakeParameters() {
-  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, "iButton Configuration Parameters");
+  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, _("iButton Configuration Parameters"));
   auto* grid = new wxFlexGridSizer(3, wxSize(GetCharWidth(), GetCharHeight() / 3));
   group->Add(MakeChoices(group->GetStaticBox()), wxSizerFlags().Border(wxALL));
   for (const ByteStringControls& row : kByteStrings) AddByteString({group->GetStaticBox(), grid}, row);
@@ -60,26 +65,25 @@ wxSizer* IBDialog::MakeParameters() {
 
 wxSizer* IBDialog::MakeChoices(wxWindow* group) {
   auto* row = new wxBoxSizer(wxHORIZONTAL);
-  const auto add = [&](int id, const char* label, const wxArrayString& items) {
+  const auto add = [&](int id, const wxString& label, const wxArrayString& items) {
     if (!row->IsEmpty()) row->AddSpacer(3 * GetCharWidth());
     AddLabel({group, row}, label);
     row->AddSpacer(GetCharWidth());
     AddChoice({group, row}, id, label, items);
   };
-  add(IBSettings::kStart, "ID Start:", Numbers());
-  add(IBSettings::kLength, "ID Length:", Numbers());
-  add(IBSettings::kDelimiter,
-      "Delimiter:", wxArrayString(std::size(kDelimiters), const_cast<const char**>(kDelimiters)));
+  add(IBSettings::kStart, _("ID Start:"), Numbers());
+  add(IBSettings::kLength, _("ID Length:"), Numbers());
+  add(IBSettings::kDelimiter, _("Delimiter:"), Translated(kDelimiters));
   return row;
 }
 
 void IBDialog::AddByteString(Place place, const ByteStringControls& row) {
-  AddLabel(place, row.label);
-  AddHexEdit(place, row.field, row.label);
+  AddLabel(place, _(row.label));
+  AddHexEdit(place, row.field, _(row.label));
   auto* copy =
       new CToolTipButton(place.parent, row.copy, "...", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
   copy->SetMinSize({4 * GetCharWidth(), -1});
-  copy->SetToolTipText(row.tip);
+  copy->SetToolTipText(Translated(row.tip).c_str());
   copy->Bind(wxEVT_BUTTON, [this, field = row.field](wxCommandEvent&) {
     static_cast<CHexEdit*>(FindWindow(field))->SetText(hex_->Text());
   });
@@ -87,19 +91,19 @@ void IBDialog::AddByteString(Place place, const ByteStringControls& row) {
 }
 
 wxSizer* IBDialog::MakeConverter() {
-  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, "ASCII to HEX Converter");
+  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, _("ASCII to HEX Converter"));
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   grid->AddGrowableCol(1);
   wxWindow* const parent = group->GetStaticBox();
 
-  AddLabel({parent, grid}, "ASCII:");
+  AddLabel({parent, grid}, _("ASCII:"));
   auto* ascii = new LimitedEdit(parent, kAscii, {.limit = kConverterLength});
-  SetAccessibleName(*ascii, "ASCII:");
+  SetAccessibleName(*ascii, _("ASCII:"));
   grid->Add(ascii);
 
-  AddLabel({parent, grid}, "HEX:");
+  AddLabel({parent, grid}, _("HEX:"));
   hex_ = new LimitedEdit(parent, kHex, {}, wxTE_READONLY);
-  SetAccessibleName(*hex_, "HEX:");
+  SetAccessibleName(*hex_, _("HEX:"));
   grid->Add(hex_, wxSizerFlags().Expand());
 
   ascii->Bind(wxEVT_TEXT, [this, ascii](wxCommandEvent&) { hex_->SetText(AsciiToHex(ascii->Text())); });

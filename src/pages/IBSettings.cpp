@@ -3,6 +3,7 @@
 #include <array>
 #include <cwchar>
 
+#include "config/Message.h"
 #include "pages/HexText.h"
 #include "platform/text.h"
 
@@ -16,10 +17,10 @@ constexpr std::size_t kDelimiters = 5;
 
 constexpr PageFacts kFacts = {
     .section = L"IB_Configuration",
-    .no_document = L"Error loading iButton settings!\nExiting program.",
-    .edit_not_converted = L"Error converting iButton Combo Box settings!\nExiting program.",
-    .choice_not_converted = L"Error converting iButton Combo Box settings!\nExiting program.",
-    .saved = L"iButton settings saved.",
+    .no_document = Translatable(L"Error loading iButton settings!\nExiting program."),
+    .edit_not_converted = Translatable(L"Error converting iButton Combo Box settings!\nExiting program."),
+    .choice_not_converted = Translatable(L"Error converting iButton Combo Box settings!\nExiting program."),
+    .saved = Translatable(L"iButton settings saved."),
 };
 
 constexpr SettingRow kRows[] = {
@@ -37,9 +38,12 @@ struct ByteString {
 };
 
 constexpr ByteString kByteStrings[] = {
-    {IBSettings::kPrefix, L"\"Prefix\" needs to be a valid hex string.\niButton settings NOT saved."},
-    {IBSettings::kSuffix, L"\"Suffix\" needs to be a valid hex string.\niButton settings NOT saved."},
-    {IBSettings::kOnRemove, L"\"On Remove\" needs to be a valid hex string.\niButton settings NOT saved."},
+    {IBSettings::kPrefix,
+     Translatable(L"\"Prefix\" needs to be a valid hex string.\niButton settings NOT saved.")},
+    {IBSettings::kSuffix,
+     Translatable(L"\"Suffix\" needs to be a valid hex string.\niButton settings NOT saved.")},
+    {IBSettings::kOnRemove,
+     Translatable(L"\"On Remove\" needs to be a valid hex string.\niButton settings NOT saved.")},
 };
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <wx/statbox.h>
 
+#include "controls/translation.h"
+
 namespace qlx {
 namespace {
 
@@ -16,16 +18,19 @@ struct Module {
 };
 
 constexpr Module kModules[] = {
-    {LOGSettings::kService, "Service"},
-    {LOGSettings::kMsr, "MSR"},
-    {LOGSettings::kLineDisplay, "Line Display"},
-    {LOGSettings::kIButton, "iButton"},
-    {LOGSettings::kCashDrawerUsb, "Cash Drawer (USB)"},
-    {LOGSettings::kCashDrawerPci, "Cash Drawer (PCI)"},
-    {LOGSettings::kPrinter, "Printer"},
+    {LOGSettings::kService, Translatable("Service")},
+    {LOGSettings::kMsr, Translatable("MSR")},
+    {LOGSettings::kLineDisplay, Translatable("Line Display")},
+    {LOGSettings::kIButton, Translatable("iButton")},
+    {LOGSettings::kCashDrawerUsb, Translatable("Cash Drawer (USB)")},
+    {LOGSettings::kCashDrawerPci, Translatable("Cash Drawer (PCI)")},
+    {LOGSettings::kPrinter, Translatable("Printer")},
 };
 
-constexpr const char* kLevels[] = {"Off", "Error", "Warning", "Info", "Verbose", "Trace"};
+constexpr int kModuleColumns = 4;
+
+constexpr const char* kLevels[] = {Translatable("Off"),  Translatable("Error"),   Translatable("Warning"),
+                                   Translatable("Info"), Translatable("Verbose"), Translatable("Trace")};
 
 }  // namespace
 
@@ -40,33 +45,35 @@ LOGDialog::LOGDialog(wxWindow* parent, FatalEnd end_program)
 }
 
 wxSizer* LOGDialog::MakeSettings() {
-  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, "Settings");
+  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, _("Settings"));
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   grid->AddGrowableCol(1);
   const Place in = {group->GetStaticBox(), grid};
-  AddLabel(in, "Log File Name:");
-  AddEdit(in, LOGSettings::kFileName, "Log File Name:", wxEXPAND);
+  AddLabel(in, _("Log File Name:"));
+  AddEdit(in, LOGSettings::kFileName, _("Log File Name:"), wxEXPAND);
 
   auto* size = new wxBoxSizer(wxHORIZONTAL);
-  AddLabel(in, "Log File Size:");
-  AddEdit({in.parent, size}, LOGSettings::kFileSize, "Log File Size:", 0);
+  AddLabel(in, _("Log File Size:"));
+  AddEdit({in.parent, size}, LOGSettings::kFileSize, _("Log File Size:"), 0);
   size->AddSpacer(GetCharWidth());
-  AddLabel({in.parent, size}, "KB");
+  AddLabel({in.parent, size}, _("KB"));
   grid->Add(size);
 
-  AddLabel(in, "TCP Port Number:");
-  AddEdit(in, LOGSettings::kTcpPort, "TCP Port Number:", 0);
-  AddLabel(in, "Log Level:");
-  AddChoice(in, LOGSettings::kLogLevel,
-            "Log Level:", wxArrayString(std::size(kLevels), const_cast<const char**>(kLevels)));
+  AddLabel(in, _("TCP Port Number:"));
+  AddEdit(in, LOGSettings::kTcpPort, _("TCP Port Number:"), 0);
+  AddLabel(in, _("Log Level:"));
+  AddChoice(in, LOGSettings::kLogLevel, _("Log Level:"), Translated(kLevels));
   group->Add(grid, wxSizerFlags().Expand().Border(wxALL));
   return group;
 }
 
 wxSizer* LOGDialog::MakeModules() {
-  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, "Modules");
-  auto* grid = new wxGridSizer(4, wxSize(2 * GetCharWidth(), GetCharHeight() / 3));
-  for (const Module& module : kModules) AddCheckBox({group->GetStaticBox(), grid}, module.id, module.label);
+  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, _("Modules"));
+  auto* grid = new wxFlexGridSizer(kModuleColumns, wxSize(2 * GetCharWidth(), GetCharHeight() / 3));
+  for (int column = 0; column < kModuleColumns; ++column)
+    grid->AddGrowableCol(static_cast<std::size_t>(column));
+  for (const Module& module : kModules)
+    AddCheckBox({group->GetStaticBox(), grid}, module.id, _(module.label));
   group->Add(grid, wxSizerFlags().Expand().Border(wxALL));
   return group;
 }

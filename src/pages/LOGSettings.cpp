@@ -1,5 +1,7 @@
 #include "pages/LOGSettings.h"
 
+#include "config/Message.h"
+
 namespace qlx {
 namespace {
 
@@ -7,10 +9,10 @@ using enum SettingForm;
 
 constexpr PageFacts kFacts = {
     .section = L"Logging_Configuration",
-    .no_document = L"Error loading Log settings!\nExiting program.",
-    .edit_not_converted = L"Error converting LOG Edit settings!\nExiting program.",
-    .choice_not_converted = L"Error converting LOG Combo Box settings!\nExiting program.",
-    .saved = L"Log settings saved.",
+    .no_document = Translatable(L"Error loading Log settings!\nExiting program."),
+    .edit_not_converted = Translatable(L"Error converting LOG Edit settings!\nExiting program."),
+    .choice_not_converted = Translatable(L"Error converting LOG Combo Box settings!\nExiting program."),
+    .saved = Translatable(L"Log settings saved."),
 };
 
 constexpr SettingRow kRows[] = {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "controls/translation.h"
 #include "pages/CFileDialogEx.h"
 
 namespace qlx {
@@ -28,11 +29,11 @@ LogoControls::LogoControls(wxWindow* page, LogoStore& store, FatalEnd end_progra
       end_program_(std::move(end_program)),
       choose_(std::move(choose)),
       list_(MakeReportList(page, kList)),
-      add_(new wxButton(page, kAddButton, "Add Logo")),
-      delete_(new wxButton(page, kDeleteButton, "Delete Logo")),
+      add_(new wxButton(page, kAddButton, _("Add Logo"))),
+      delete_(new wxButton(page, kDeleteButton, _("Delete Logo"))),
       preview_(new CPictureBox(page, kPreview)) {
-  list_->AddColumn("Slot", 65);
-  list_->AddColumn("Availability", 95);
+  list_->AddColumn(_("Slot"), 65);
+  list_->AddColumn(_("Availability"), 95);
   for (int row = 0; row < LogoStore::kRows; ++row) list_->AddRow(std::to_string(row + 1));
   add_->Disable();
   delete_->Disable();
@@ -56,7 +57,8 @@ void LogoControls::BindEvents() {
 
 void LogoControls::Fill() {
   for (int row = 0; row < LogoStore::kRows; ++row) {
-    list_->SetCell(row, kAvailability, store_.Select(row).can_delete ? L"Used" : L"Not Used");
+    list_->SetCell(row, kAvailability,
+                   store_.Select(row).can_delete ? _("Used").ToStdWstring() : _("Not Used").ToStdWstring());
   }
 }
 

@@ -5,6 +5,8 @@
 #include <wx/checkbox.h>
 #include <wx/statbox.h>
 
+#include "controls/translation.h"
+
 namespace qlx {
 namespace {
 
@@ -18,38 +20,41 @@ struct Labelled {
 };
 
 constexpr Labelled kSwitches[] = {
-    {MSRSettings::kRawData, "Raw Data Mode (AAMVA Mode)"},
-    {MSRSettings::kCarriageReturn, "Carriage Return Enabled"},
-    {MSRSettings::kTrack1, "Track 1 Enabled"},
-    {MSRSettings::kTrack2, "Track 2 Enabled"},
-    {MSRSettings::kTrack3, "Track 3 Enabled"},
-    {MSRSettings::kStripSentinels, "Strip Sentinels"},
-    {MSRSettings::kHideErrorTracks, "Hide Error Tracks"},
+    {MSRSettings::kRawData, Translatable("Raw Data Mode (AAMVA Mode)")},
+    {MSRSettings::kCarriageReturn, Translatable("Carriage Return Enabled")},
+    {MSRSettings::kTrack1, Translatable("Track 1 Enabled")},
+    {MSRSettings::kTrack2, Translatable("Track 2 Enabled")},
+    {MSRSettings::kTrack3, Translatable("Track 3 Enabled")},
+    {MSRSettings::kStripSentinels, Translatable("Strip Sentinels")},
+    {MSRSettings::kHideErrorTracks, Translatable("Hide Error Tracks")},
 };
 
 constexpr Labelled kSentinels[] = {
-    {MSRSettings::kStartSentinel1, "Start Sentinel (Track 1)"},
-    {MSRSettings::kStartSentinel2, "Start Sentinel (Track 2)"},
-    {MSRSettings::kStartSentinel3, "Start Sentinel (Track 3)"},
-    {MSRSettings::kEndSentinel, "End Sentinel"},
+    {MSRSettings::kStartSentinel1, Translatable("Start Sentinel (Track 1)")},
+    {MSRSettings::kStartSentinel2, Translatable("Start Sentinel (Track 2)")},
+    {MSRSettings::kStartSentinel3, Translatable("Start Sentinel (Track 3)")},
+    {MSRSettings::kEndSentinel, Translatable("End Sentinel")},
 };
 
 constexpr Labelled kTrackReturns[] = {
-    {MSRSettings::kTrackReturn1, "CR Track 1 Enabled"},
-    {MSRSettings::kTrackReturn2, "CR Track 2 Enabled"},
-    {MSRSettings::kTrackReturn3, "CR Track 3 Enabled"},
+    {MSRSettings::kTrackReturn1, Translatable("CR Track 1 Enabled")},
+    {MSRSettings::kTrackReturn2, Translatable("CR Track 2 Enabled")},
+    {MSRSettings::kTrackReturn3, Translatable("CR Track 3 Enabled")},
 };
 
 struct WrapperControls {
   int box;
   int text;
   const char* label;
+  const char* text_name;
 };
 
 constexpr WrapperControls ControlsOf(WrapperSide side) {
   return side == WrapperSide::kHead
-             ? WrapperControls{MSRSettings::kHeadOn, MSRSettings::kHeadText, "Head Wrapper"}
-             : WrapperControls{MSRSettings::kTailOn, MSRSettings::kTailText, "Tail Wrapper"};
+             ? WrapperControls{MSRSettings::kHeadOn, MSRSettings::kHeadText, Translatable("Head Wrapper"),
+                               Translatable("Head Wrapper text")}
+             : WrapperControls{MSRSettings::kTailOn, MSRSettings::kTailText, Translatable("Tail Wrapper"),
+                               Translatable("Tail Wrapper text")};
 }
 
 }  // namespace
@@ -66,17 +71,17 @@ MSRDialog::MSRDialog(wxWindow* parent, FatalEnd end_program)
 }
 
 wxSizer* MSRDialog::MakeParameters() {
-  auto* group = new wxStaticBoxSizer(wxHORIZONTAL, this, "MSR Configuration Parameters");
+  auto* group = new wxStaticBoxSizer(wxHORIZONTAL, this, _("MSR Configuration Parameters"));
   const wxSize gap(GetCharWidth(), GetCharHeight() / 4);
   auto* switches = new wxFlexGridSizer(1, gap);
-  for (const Labelled& row : kSwitches) AddCheckBox({group->GetStaticBox(), switches}, row.id, row.label);
+  for (const Labelled& row : kSwitches) AddCheckBox({group->GetStaticBox(), switches}, row.id, _(row.label));
   FindWindow(MSRSettings::kRawData)->Disable();
 
   auto* sentinels = new wxFlexGridSizer(2, gap);
   const Place in = {group->GetStaticBox(), sentinels};
   for (const Labelled& row : kSentinels) {
-    AddLabel(in, row.label);
-    AddEdit(in, row.id, row.label, 0, wxTE_CENTRE);
+    AddLabel(in, _(row.label));
+    AddEdit(in, row.id, _(row.label), 0, wxTE_CENTRE);
   }
   group->Add(switches, wxSizerFlags(1).Border(wxALL));
   group->Add(sentinels, wxSizerFlags(1).Border(wxALL));
@@ -84,16 +89,17 @@ wxSizer* MSRDialog::MakeParameters() {
 }
 
 wxSizer* MSRDialog::MakeEnhanced() {
-  auto* group = new wxStaticBoxSizer(wxHORIZONTAL, this, "MSR Enhanced Configuration");
-  auto* wrappers = new wxStaticBoxSizer(wxVERTICAL, group->GetStaticBox(), "Data Wrapper Configuration");
+  auto* group = new wxStaticBoxSizer(wxHORIZONTAL, this, _("MSR Enhanced Configuration"));
+  auto* wrappers = new wxStaticBoxSizer(wxVERTICAL, group->GetStaticBox(), _("Data Wrapper Configuration"));
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 4));
   grid->AddGrowableCol(1);
   for (const WrapperSide side : kSides) AddWrapper({wrappers->GetStaticBox(), grid}, side);
   wrappers->Add(grid, wxSizerFlags().Expand().Border(wxALL));
 
-  auto* returns = new wxStaticBoxSizer(wxVERTICAL, group->GetStaticBox(), "Individual CR Enabled");
+  auto* returns = new wxStaticBoxSizer(wxVERTICAL, group->GetStaticBox(), _("Individual CR Enabled"));
   auto* column = new wxFlexGridSizer(1, wxSize(0, GetCharHeight() / 4));
-  for (const Labelled& row : kTrackReturns) AddCheckBox({returns->GetStaticBox(), column}, row.id, row.label);
+  for (const Labelled& row : kTrackReturns)
+    AddCheckBox({returns->GetStaticBox(), column}, row.id, _(row.label));
   returns->Add(column, wxSizerFlags().Border(wxALL));
 
   group->Add(wrappers, wxSizerFlags(1).Expand().Border(wxALL));
@@ -103,8 +109,8 @@ wxSizer* MSRDialog::MakeEnhanced() {
 
 void MSRDialog::AddWrapper(Place place, WrapperSide side) {
   const WrapperControls controls = ControlsOf(side);
-  AddCheckBox(place, controls.box, controls.label);
-  AddEdit(place, controls.text, wxString(controls.label) + " text", wxEXPAND);
+  AddCheckBox(place, controls.box, _(controls.label));
+  AddEdit(place, controls.text, _(controls.text_name), wxEXPAND);
 }
 
 void MSRDialog::BindRules() {

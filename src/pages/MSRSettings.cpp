@@ -1,5 +1,6 @@
 #include "pages/MSRSettings.h"
 
+#include "config/Message.h"
 #include "platform/text.h"
 
 namespace qlx {
@@ -9,10 +10,10 @@ using enum SettingForm;
 
 constexpr PageFacts kFacts = {
     .section = L"MSR_Configuration",
-    .no_document = L"Error loading MSR settings!\nExiting program.",
-    .edit_not_converted = L"Error converting MSR settings!\nExiting program.",
-    .choice_not_converted = L"Error converting MSR settings!\nExiting program.",
-    .saved = L"MSR settings saved.",
+    .no_document = Translatable(L"Error loading MSR settings!\nExiting program."),
+    .edit_not_converted = Translatable(L"Error converting MSR settings!\nExiting program."),
+    .choice_not_converted = Translatable(L"Error converting MSR settings!\nExiting program."),
+    .saved = Translatable(L"MSR settings saved."),
 };
 
 constexpr SettingRow kRows[] = {

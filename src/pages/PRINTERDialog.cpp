@@ -14,7 +14,9 @@
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
+#include "controls/translation.h"
 #include "log/levels.h"
+#include "pages/PageView.h"
 #include "pages/printer_hidden_controls.h"
 
 namespace qlx {
@@ -32,24 +34,25 @@ constexpr char kHomePage[] = "https://www.harlune.example";
 constexpr char kSupportPage[] = "https://support.harlune.example";
 
 /// Ends with this word on purpose: the line that goes on with it has the link.
-constexpr char kNote[] =
+constexpr const char* kNote = Translatable(
+    // TRANSLATORS: the last word goes on with "Download the utility from"; put it there if that reads better.
     "Note:\nPlease use the Harlune Mirel Printer Configuration Utility for other printer configurations.\n"
     "The utility provides a rich set of features including: firmware download, font download, bitmap "
-    "download, paper saving options and paper sensing settings.\nThe";
-constexpr int kNoteCharacters = 75;
+    "download, paper saving options and paper sensing settings.\nThe");
 
-constexpr char kNotAnswered[] =
+constexpr const char* kNotAnswered = Translatable(
     "The printer has not answered: these are standard values, not the stored ones.\n"
-    "Apply stores what is shown here.";
+    "Apply stores what is shown here.");
 
-constexpr wchar_t kNoDocument[] =
-    L"Error loading Log settings!\nExiting program.";  // the Logging page's words
-constexpr wchar_t kSaved[] = L"Printer settings saved.";
+constexpr const wchar_t* kNoDocument =
+    Translatable(L"Error loading Log settings!\nExiting program.");  // the Logging page's words
+constexpr const wchar_t* kNoBrowser = Translatable(L"No web browser could be started.\nThe page is %s");
+constexpr const wchar_t* kSaved = Translatable(L"Printer settings saved.");
 
 wxArrayString Items(const std::vector<std::wstring>& items) {
   wxArrayString strings;
   strings.Alloc(items.size());
-  for (const std::wstring& item : items) strings.Add(item);
+  for (const std::wstring& item : items) strings.Add(Translated(item));
   return strings;
 }
 
@@ -80,23 +83,24 @@ PRINTERDialog::~PRINTERDialog() {
 void PRINTERDialog::MakeControls() {
   code_page_ =
       new DropDownList(this, kCodePage, wxDefaultPosition, wxDefaultSize, Items(settings_.code_page().items));
-  SetAccessibleName(*code_page_, "Set Code Page:");
+  SetAccessibleName(*code_page_, _("Set Code Page:"));
   emulation_ = new DropDownList(this, kEmulation, wxDefaultPosition, wxDefaultSize,
                                 Items(settings_.emulation().items));
-  SetAccessibleName(*emulation_, "Programming Interface:");
+  SetAccessibleName(*emulation_, _("Programming Interface:"));
   link_ = new wxHyperlinkCtrl(this, kLink, kSupportPage, kHomePage);
-  new wxButton(this, kDefaultButton, "Default");
-  unsolicited_status_ = new wxCheckBox(this, kUnsolicitedStatus, "Unsolicited Status");
-  new wxButton(this, kApplyButton, "Apply");
+  new wxButton(this, kDefaultButton, _("Default"));
+  unsolicited_status_ = new wxCheckBox(this, kUnsolicitedStatus, _("Unsolicited Status"));
+  new wxButton(this, kApplyButton, _("Apply"));
 }
 
 void PRINTERDialog::LayOut() {
-  auto* note = new wxStaticText(this, wxID_ANY, kNote);
+  auto* note = new wxStaticText(this, wxID_ANY, _(kNote));
   note->Wrap(kNoteCharacters * GetCharWidth());
   auto* link = new wxBoxSizer(wxHORIZONTAL);
-  link->Add(new wxStaticText(this, wxID_ANY, "Download the utility from "), wxSizerFlags().CentreVertical());
+  link->Add(new wxStaticText(this, wxID_ANY, _("Download the utility from ")),
+            wxSizerFlags().CentreVertical());
   link->Add(link_, wxSizerFlags().CentreVertical());
-  link->Add(new wxStaticText(this, wxID_ANY, "."), wxSizerFlags().CentreVertical());
+  link->Add(new wxStaticText(this, wxID_ANY, _(".")), wxSizerFlags().CentreVertical());
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
   buttons->Add(FindWindow(kDefaultButton), wxSizerFlags().Border(wxRIGHT));
   buttons->Add(FindWindow(kApplyButton));
@@ -111,18 +115,19 @@ void PRINTERDialog::LayOut() {
 }
 
 wxSizer* PRINTERDialog::LayOutSetup() {
-  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, "Printer Setup");
+  auto* group = new wxStaticBoxSizer(wxVERTICAL, this, _("Printer Setup"));
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
-  const auto add = [&](int label_id, const char* label, wxWindow* control) {
+  const auto add = [&](int label_id, const wxString& label, wxWindow* control) {
     grid->Add(new wxStaticText(this, label_id, label), wxSizerFlags().CentreVertical());
     grid->Add(control, wxSizerFlags().CentreVertical());
   };
-  add(kCodePageLabel, "Set Code Page:", code_page_);
-  add(wxID_ANY, "Programming Interface:", emulation_);
+  add(kCodePageLabel, _("Set Code Page:"), code_page_);
+  add(wxID_ANY, _("Programming Interface:"), emulation_);
   grid->AddSpacer(0);
   grid->Add(unsolicited_status_);
   group->Add(grid, wxSizerFlags().Border(wxALL));
-  state_ = new wxStaticText(this, wxID_ANY, kNotAnswered);
+  state_ = new wxStaticText(this, wxID_ANY, _(kNotAnswered));
+  state_->Wrap(kNoteCharacters * GetCharWidth());
   group->Add(state_, wxSizerFlags().Border(wxALL).ReserveSpaceEvenIfHidden());
   return group;
 }
@@ -192,8 +197,7 @@ void PRINTERDialog::ShowAnswers() {
 void PRINTERDialog::OpenWebPage() {
   const wxLogNull no_box_of_the_toolkits;
   if (wxLaunchDefaultBrowser(kHomePage)) return;
-  ShowBox(wxGetTopLevelParent(this),
-          L"No web browser could be started.\nThe page is " + wxString(kHomePage).ToStdWstring(),
+  ShowBox(wxGetTopLevelParent(this), Translated({kNoBrowser, wxString(kHomePage).ToStdWstring()}),
           BoxIcon::kExclamation);
 }
 
@@ -229,7 +233,7 @@ void PRINTERDialog::OnSaving(bool begins) {
   Enable();
   busy_.reset();
   saving_ = false;
-  ShowBox(wxGetTopLevelParent(this), kSaved, BoxIcon::kInformation);
+  ShowBox(wxGetTopLevelParent(this), Translated(kSaved), BoxIcon::kInformation);
   log_.line(LEVEL_VERBOSE, "PRINTERDialog - Settings saved");
 }
 

@@ -14,8 +14,9 @@ constexpr int kPrinterLimit = 32;
 /// The services read the number into a field of this many characters.
 constexpr std::size_t kLongestNumber = 2;
 
-constexpr std::wstring_view kEmulations[] = {L"Mirel Printer (Native)", L"Mirel Printer (Compatibility)",
-                                             L"Epson Emulation"};
+constexpr std::wstring_view kEmulations[] = {Translatable(L"Mirel Printer (Native)"),
+                                             Translatable(L"Mirel Printer (Compatibility)"),
+                                             Translatable(L"Epson Emulation")};
 
 std::wstring NumberText(int number, const FatalEnd& end) {
   std::wstring text = std::to_wstring(number);

@@ -9,6 +9,7 @@
 
 #include "config/ConfigDocument.h"
 #include "config/FatalEnd.h"
+#include "config/Message.h"
 
 namespace qlx {
 
@@ -37,7 +38,7 @@ class PRINTERSettings {
   static constexpr int kNative = 0;
   static constexpr std::wstring_view kSection = L"Printer_Configuration";
   static constexpr std::wstring_view kNotConverted =
-      L"Error converting Combo Box settings!\nExiting program.";
+      Translatable(L"Error converting Combo Box settings!\nExiting program.");
 
   PRINTERSettings();
 

@@ -10,6 +10,7 @@
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
+#include "controls/translation.h"
 #include "pages/CHexEdit.h"
 
 namespace qlx {
@@ -66,8 +67,8 @@ void PageView::AddChoice(Place place, int id, const wxString& name, const wxArra
 
 wxSizer* PageView::MakeButtons(int default_id, int apply_id) {
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
-  buttons->Add(new wxButton(this, default_id, "Default"), wxSizerFlags().Border(wxRIGHT));
-  buttons->Add(new wxButton(this, apply_id, "Apply"));
+  buttons->Add(new wxButton(this, default_id, _("Default")), wxSizerFlags().Border(wxRIGHT));
+  buttons->Add(new wxButton(this, apply_id, _("Apply")));
   Bind(
       wxEVT_BUTTON, [this](wxCommandEvent&) { SetDefaults(); }, default_id);
   Bind(
@@ -138,12 +139,12 @@ void PageView::SaveToData() {
 void PageView::Apply() {
   ReadBack();
   if (const auto refusal = settings_.FindRefusal()) {
-    ShowBox(wxGetTopLevelParent(this), refusal->message, BoxIcon::kExclamation);
+    ShowBox(wxGetTopLevelParent(this), Translated(refusal->message), BoxIcon::kExclamation);
     return FindWindow(refusal->control)->SetFocus();
   }
   settings_.Save(*document_, end_program_);
   // Shown after a failed write too, which has already been reported: the page does not learn of it.
-  ShowBox(wxGetTopLevelParent(this), std::wstring(settings_.facts().saved), BoxIcon::kInformation);
+  ShowBox(wxGetTopLevelParent(this), Translated(settings_.facts().saved), BoxIcon::kInformation);
 }
 
 }  // namespace qlx

@@ -20,6 +20,9 @@ struct Place {
   wxSizer* sizer;
 };
 
+/// Where the longer sentences of a page are broken, in average characters.
+inline constexpr int kNoteCharacters = 75;
+
 /// Base of the pages whose controls are all rows of a PageSettings table. The derived page makes its controls
 /// in tab order with the Add functions, which know each setting's form and limit from the table.
 class PageView : public SettingsPage {

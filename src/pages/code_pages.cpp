@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <iterator>
 
+#include "config/Message.h"
+
 namespace qlx {
 namespace {
 
+constexpr std::wstring_view kGeneric = Translatable(L"Generic");
+
 constexpr std::wstring_view kStandard[] = {
-    L"437",  L"858",  L"863",  L"860",  L"865",  L"Generic", L"869",  L"857",          L"864",
-    L"867",  L"852",  L"848",  L"866",  L"872",  L"775",     L"861",  L"1250",         L"1251",
-    L"1252", L"1253", L"1254", L"1255", L"1256", L"1257",    L"1258", kPrinterDefault,
+    L"437",  L"858",  L"863",  L"860",  L"865",  kGeneric, L"869",  L"857",          L"864",
+    L"867",  L"852",  L"848",  L"866",  L"872",  L"775",   L"861",  L"1250",         L"1251",
+    L"1252", L"1253", L"1254", L"1255", L"1256", L"1257",  L"1258", kPrinterDefault,
 };
 
 struct NumberedPage {

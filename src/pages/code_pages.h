@@ -5,10 +5,12 @@
 #include <span>
 #include <string_view>
 
+#include "config/Message.h"
+
 namespace qlx {
 
 /// The item that leaves the choice to the printer; the last one of every list.
-inline constexpr std::wstring_view kPrinterDefault = L"Printer Default";
+inline constexpr std::wstring_view kPrinterDefault = Translatable(L"Printer Default");
 
 /// What is offered while the printer has not told what it has, in the order of the printer's own numbering;
 /// "Generic" stands where no code page has a number.

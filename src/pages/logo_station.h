@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "config/Message.h"
+
 namespace qlx {
 
 /// By the numbers that the configuration file and the drivers use.
@@ -46,10 +48,10 @@ struct EncodeChoice {
 
 /// What the list "Encode:" offers, by its index.
 inline constexpr std::array<EncodeChoice, 4> kEncodeChoices = {{
-    {L"Customer Receipt Station - Shrunken", Station::kCustomerReceipt, Treatment::kShrunken},
-    {L"Customer Receipt Station - Truncated", Station::kCustomerReceipt, Treatment::kTruncated},
-    {L"Document Insert Station - Shrunken", Station::kDocumentInsert, Treatment::kShrunken},
-    {L"Document Insert Station - Truncated", Station::kDocumentInsert, Treatment::kTruncated},
+    {Translatable(L"Customer Receipt Station - Shrunken"), Station::kCustomerReceipt, Treatment::kShrunken},
+    {Translatable(L"Customer Receipt Station - Truncated"), Station::kCustomerReceipt, Treatment::kTruncated},
+    {Translatable(L"Document Insert Station - Shrunken"), Station::kDocumentInsert, Treatment::kShrunken},
+    {Translatable(L"Document Insert Station - Truncated"), Station::kDocumentInsert, Treatment::kTruncated},
 }};
 
 }  // namespace qlx

@@ -7,6 +7,7 @@
 #include <wx/stattext.h>
 
 #include "controls/DropDownList.h"
+#include "controls/translation.h"
 
 namespace qlx {
 namespace {
@@ -18,12 +19,17 @@ struct HiddenList {
 };
 
 constexpr HiddenList kLists[] = {
-    {1079, "Printer Receipt Width:", {"80 mm", "58 mm"}},
-    {1076, "Dots Between Print Line:", {"Application Setting", "4 Dots", "2 Dots"}},
-    {1077, "Reduction of Blank Space:", {"Application Setting", "50% Reduction", "75% Reduction"}},
+    {1079, Translatable("Printer Receipt Width:"), {Translatable("80 mm"), Translatable("58 mm")}},
+    {1076,
+     Translatable("Dots Between Print Line:"),
+     {Translatable("Application Setting"), Translatable("4 Dots"), Translatable("2 Dots")}},
+    {1077,
+     Translatable("Reduction of Blank Space:"),
+     {Translatable("Application Setting"), Translatable("50% Reduction"), Translatable("75% Reduction")}},
     {1078,
-     "Barcode Height Reduction:",
-     {"Application Setting", "25% Reduction", "50% Reduction", "75% Reduction"}},
+     Translatable("Barcode Height Reduction:"),
+     {Translatable("Application Setting"), Translatable("25% Reduction"), Translatable("50% Reduction"),
+      Translatable("75% Reduction")}},
 };
 
 struct HiddenCheckBox {
@@ -31,8 +37,9 @@ struct HiddenCheckBox {
   const char* label;
 };
 
-constexpr HiddenCheckBox kCheckBoxes[] = {{1071, "Low Paper Detection"}, {1080, "Low Paper LED"}};
-constexpr const char* kGroups[] = {"Paper Saving Options", "Logo"};
+constexpr HiddenCheckBox kCheckBoxes[] = {{1071, Translatable("Low Paper Detection")},
+                                          {1080, Translatable("Low Paper LED")}};
+constexpr const char* kGroups[] = {Translatable("Paper Saving Options"), Translatable("Logo")};
 
 void Hide(wxWindow* control) {
   control->Hide();
@@ -42,15 +49,15 @@ void Hide(wxWindow* control) {
 
 void MakeHiddenPrinterControls(wxWindow* page) {
   for (const HiddenList& row : kLists) {
-    Hide(new wxStaticText(page, wxID_ANY, row.label));
+    Hide(new wxStaticText(page, wxID_ANY, _(row.label)));
     auto* list = new DropDownList(page, row.id);
     for (const char* item : row.items) {
-      if (item != nullptr) list->Append(item);
+      if (item != nullptr) list->Append(_(item));
     }
     Hide(list);
   }
-  for (const HiddenCheckBox& row : kCheckBoxes) Hide(new wxCheckBox(page, row.id, row.label));
-  for (const char* label : kGroups) Hide(new wxStaticBox(page, wxID_ANY, label));
+  for (const HiddenCheckBox& row : kCheckBoxes) Hide(new wxCheckBox(page, row.id, _(row.label)));
+  for (const char* label : kGroups) Hide(new wxStaticBox(page, wxID_ANY, _(label)));
 }
 
 }  // namespace qlx

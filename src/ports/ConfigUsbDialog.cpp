@@ -5,6 +5,7 @@
 
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
+#include "controls/translation.h"
 
 namespace qlx {
 namespace {
@@ -14,17 +15,14 @@ constexpr int kPort = 1051;
 constexpr int kOk = 1;
 constexpr int kCancel = 2;
 
-constexpr const char* kCaptions[] = {"Vendor ID:", "Product ID:", "Serial Number:"};
+constexpr const char* kCaptions[] = {Translatable("Vendor ID:"), Translatable("Product ID:"),
+                                     Translatable("Serial Number:")};
 constexpr std::size_t kSerialColumns = 16;  // that are seen at once
-
-wxString Text(std::wstring_view text) {
-  return std::wstring(text);
-}
 
 }  // namespace
 
 ConfigUsbDialog::ConfigUsbDialog(wxWindow* parent, DeviceKind kind, UsbSelection& selection)
-    : wxDialog(parent, wxID_ANY, Text(LookOf(kind).title)), kind_(kind), selection_(selection) {
+    : wxDialog(parent, wxID_ANY, Translated(LookOf(kind).title)), kind_(kind), selection_(selection) {
   constexpr GroupIds kFirst = {1063, 1061, {1089, 1090, 1091}, {1052, 1053, 1054}};
   constexpr GroupIds kSecond = {1064, 1062, {1092, 1093, 1094}, {1055, 1057, 1059}};
   const UsbSelectionLook& look = LookOf(kind);
@@ -33,9 +31,9 @@ ConfigUsbDialog::ConfigUsbDialog(wxWindow* parent, DeviceKind kind, UsbSelection
   frame->Add(MakePort(), wxSizerFlags().Centre().DoubleBorder(wxALL));
   // A single group stands in the middle, under the port.
   auto* groups = new wxBoxSizer(wxHORIZONTAL);
-  groups->Add(MakeGroup(first_, kFirst, Text(look.first_label)), wxSizerFlags().Border(wxALL));
+  groups->Add(MakeGroup(first_, kFirst, Translated(look.first_label)), wxSizerFlags().Border(wxALL));
   if (!look.second_label.empty()) {
-    groups->Add(MakeGroup(second_, kSecond, Text(look.second_label)), wxSizerFlags().Border(wxALL));
+    groups->Add(MakeGroup(second_, kSecond, Translated(look.second_label)), wxSizerFlags().Border(wxALL));
   }
   frame->Add(groups, wxSizerFlags().Centre().Border(wxLEFT | wxRIGHT));
   frame->Add(MakeButtons(), wxSizerFlags().Right().DoubleBorder(wxALL));
@@ -48,11 +46,11 @@ ConfigUsbDialog::ConfigUsbDialog(wxWindow* parent, DeviceKind kind, UsbSelection
 
 wxSizer* ConfigUsbDialog::MakePort() {
   auto* row = new wxBoxSizer(wxHORIZONTAL);
-  row->Add(new wxStaticText(this, kPortCaption, "COM Port:"),
+  row->Add(new wxStaticText(this, kPortCaption, _("COM Port:")),
            wxSizerFlags().CentreVertical().Border(wxRIGHT));
   port_ = new DropDownList(this, kPort);
   for (const std::wstring& port : selection_.ports()) port_->Append(port);
-  SetAccessibleName(*port_, "COM Port:");
+  SetAccessibleName(*port_, _("COM Port:"));
   row->Add(port_, wxSizerFlags().CentreVertical());
   return row;
 }
@@ -61,13 +59,13 @@ wxSizer* ConfigUsbDialog::MakeGroup(Group& group, const GroupIds& ids, const wxS
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   grid->Add(new wxStaticText(this, ids.label, label), wxSizerFlags().CentreVertical());
   group.devices = new DropDownList(this, ids.devices);
-  for (const std::wstring& item : selection_.DeviceItems()) group.devices->Append(item);
+  for (const std::wstring& item : selection_.DeviceItems()) group.devices->Append(Translated(item));
   SetAccessibleName(*group.devices, label);
   grid->Add(group.devices, wxSizerFlags().Expand());
   for (std::size_t row = 0; row < group.texts.size(); ++row) {
-    grid->Add(new wxStaticText(this, ids.captions[row], kCaptions[row]), wxSizerFlags().CentreVertical());
+    grid->Add(new wxStaticText(this, ids.captions[row], _(kCaptions[row])), wxSizerFlags().CentreVertical());
     auto* text = new LimitedEdit(this, ids.texts[row], {kSerialColumns}, wxTE_READONLY);
-    SetAccessibleName(*text, label + " " + kCaptions[row]);
+    SetAccessibleName(*text, label + " " + _(kCaptions[row]));
     grid->Add(text, wxSizerFlags().Expand());
     group.texts[row] = text;
   }
@@ -75,8 +73,8 @@ wxSizer* ConfigUsbDialog::MakeGroup(Group& group, const GroupIds& ids, const wxS
 }
 
 wxSizer* ConfigUsbDialog::MakeButtons() {
-  auto* ok = new wxButton(this, kOk, "OK");
-  auto* cancel = new wxButton(this, kCancel, "Cancel");
+  auto* ok = new wxButton(this, kOk, _("OK"));
+  auto* cancel = new wxButton(this, kCancel, _("Cancel"));
   ok->SetDefault();
   SetEscapeId(kCancel);
   ok->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { EndModal(wxID_OK); });

@@ -6,6 +6,7 @@
 
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
+#include "controls/translation.h"
 #include "demo/DemoDialog.h"
 #include "ports/ConfigUsbDialog.h"
 #include "ports/port_discovery.h"
@@ -23,18 +24,25 @@ struct Column {
   const char* title;
   int width;
 };
-constexpr Column kColumns[] = {
-    {"Device", 110}, {"COM Port", 70}, {"Vendor ID", 70}, {"Product ID", 70}, {"Serial Number", 150}};
+constexpr Column kColumns[] = {{Translatable("Device"), 110},
+                               {Translatable("COM Port"), 70},
+                               {Translatable("Vendor ID"), 70},
+                               {Translatable("Product ID"), 70},
+                               {Translatable("Serial Number"), 150}};
 
-constexpr const char* kRows[kDeviceKinds] = {
-    "MSR",    "Line Display", "iButton", "Cash Drawer 1 (USB)", "Cash Drawer 2 (USB)", "Cash Drawer (PCI)",
-    "Printer"};
+constexpr const char* kRows[kDeviceKinds] = {Translatable("MSR"),
+                                             Translatable("Line Display"),
+                                             Translatable("iButton"),
+                                             Translatable("Cash Drawer 1 (USB)"),
+                                             Translatable("Cash Drawer 2 (USB)"),
+                                             Translatable("Cash Drawer (PCI)"),
+                                             Translatable("Printer")};
 
-constexpr wchar_t kNoDocument[] = L"Error loading Ports settings!\nExiting program.";
-constexpr wchar_t kSaved[] = L"Ports settings saved.";
-constexpr wchar_t kRestartQuestion[] =
+constexpr const wchar_t* kNoDocument = Translatable(L"Error loading Ports settings!\nExiting program.");
+constexpr const wchar_t* kSaved = Translatable(L"Ports settings saved.");
+constexpr const wchar_t* kRestartQuestion = Translatable(
     L"Configuration file changed. You must restart the services before running the Demo.\n\n"
-    L"Do you want to restart the services now?";
+    "Do you want to restart the services now?");
 
 }  // namespace
 
@@ -56,13 +64,13 @@ PORTSDialog::~PORTSDialog() {
 }
 
 void PORTSDialog::LayOut() {
-  for (const Column& column : kColumns) list_->AddColumn(column.title, column.width);
-  for (const char* row : kRows) list_->AddRow(row);
-  SetAccessibleName(list_->window(), "Devices");
-  configure_ = new wxButton(this, kConfigureButton, "Configure");
-  demo_ = new wxButton(this, kDemoButton, "Demo");
-  clear_all_ = new wxButton(this, kClearAllButton, "Clear All");
-  apply_ = new wxButton(this, kApplyButton, "Apply");
+  for (const Column& column : kColumns) list_->AddColumn(_(column.title), column.width);
+  for (const char* row : kRows) list_->AddRow(_(row));
+  SetAccessibleName(list_->window(), _("Devices"));
+  configure_ = new wxButton(this, kConfigureButton, _("Configure"));
+  demo_ = new wxButton(this, kDemoButton, _("Demo"));
+  clear_all_ = new wxButton(this, kClearAllButton, _("Clear All"));
+  apply_ = new wxButton(this, kApplyButton, _("Apply"));
 
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
   buttons->Add(configure_, wxSizerFlags().Border(wxRIGHT));
@@ -145,7 +153,7 @@ void PORTSDialog::Configure() {
 void PORTSDialog::Demo() {
   if (!SelectedKind()) return;
   if (!document_->changed()) return OpenDemo();
-  if (AskYesNo(wxGetTopLevelParent(this), kRestartQuestion).value_or(false)) restart_.Start();
+  if (AskYesNo(wxGetTopLevelParent(this), Translated(kRestartQuestion)).value_or(false)) restart_.Start();
 }
 
 void PORTSDialog::OpenDemo() {
@@ -161,7 +169,7 @@ void PORTSDialog::ClearAll() {
 void PORTSDialog::Apply() {
   SaveToData();
   // Shown after a failed write too, which has already been reported: the page does not learn of it.
-  ShowBox(wxGetTopLevelParent(this), kSaved, BoxIcon::kInformation);
+  ShowBox(wxGetTopLevelParent(this), Translated(kSaved), BoxIcon::kInformation);
 }
 
 void PORTSDialog::OnRestarted() {

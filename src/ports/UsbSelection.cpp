@@ -3,17 +3,22 @@
 #include <algorithm>
 #include <utility>
 
+#include "config/Message.h"
+
 namespace qlx {
 namespace {
 
 constexpr UsbSelectionLook kLooks[kDeviceKinds] = {
-    {L"MSR Configuration", L"MSR:", L"", false},
-    {L"Line Display Configuration", L"Line Display:", L"", false},
-    {L"iButton Configuration", L"iButton:", L"", false},
-    {L"Cash Drawer (USB) Configuration", L"Cash Drawer 1:", L"Cash Drawer 2:", true},
-    {L"Cash Drawer (USB) Configuration", L"Cash Drawer 1:", L"Cash Drawer 2:", true},
-    {L"Cash Drawer (PCI) Configuration", L"Cash Drawer 1:", L"Cash Drawer 2:", false},
-    {L"Printer Configuration", L"Printer:", L"", false},
+    {Translatable(L"MSR Configuration"), Translatable(L"MSR:"), L"", false},
+    {Translatable(L"Line Display Configuration"), Translatable(L"Line Display:"), L"", false},
+    {Translatable(L"iButton Configuration"), Translatable(L"iButton:"), L"", false},
+    {Translatable(L"Cash Drawer (USB) Configuration"), Translatable(L"Cash Drawer 1:"),
+     Translatable(L"Cash Drawer 2:"), true},
+    {Translatable(L"Cash Drawer (USB) Configuration"), Translatable(L"Cash Drawer 1:"),
+     Translatable(L"Cash Drawer 2:"), true},
+    {Translatable(L"Cash Drawer (PCI) Configuration"), Translatable(L"Cash Drawer 1:"),
+     Translatable(L"Cash Drawer 2:"), false},
+    {Translatable(L"Printer Configuration"), Translatable(L"Printer:"), L"", false},
 };
 
 constexpr std::size_t kAuto = 0;
@@ -48,7 +53,7 @@ UsbSelection::UsbSelection(DeviceKind kind, std::vector<std::wstring> ports, std
 }
 
 std::vector<std::wstring> UsbSelection::DeviceItems() const {
-  std::vector<std::wstring> items = {L"Auto"};
+  std::vector<std::wstring> items = {Translatable(L"Auto")};
   for (std::size_t position = 1; position <= devices_.size(); ++position) {
     items.emplace_back(1, static_cast<wchar_t>(L'a' - 1 + position));
   }

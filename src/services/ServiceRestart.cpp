@@ -46,23 +46,25 @@ std::optional<int> Start(Service& service) {
 }
 
 constexpr const wchar_t* kFrameworkFailed =
-    L"Quillon Framework Service failed to stop.\nRestart Quillon services manually.";
+    Translatable(L"Quillon Framework Service failed to stop.\nRestart Quillon services manually.");
 constexpr const wchar_t* kLoggingFailed =
-    L"Quillon Logging Service failed to stop.\nRestart Quillon services manually.";
+    Translatable(L"Quillon Logging Service failed to stop.\nRestart Quillon services manually.");
+
+constexpr const wchar_t* kRestarted = Translatable(L"Quillon services restarted.\n");
 
 struct Step {
   std::unique_ptr<Service> Handles::*service;
   std::optional<int> (*action)(Service&);
-  const wchar_t* error_label;
+  const wchar_t* error;
   const wchar_t* failure;
 };
 
 // A start that fails is reported with the text of a failed stop, on purpose.
 constexpr std::array<Step, 4> kSteps = {{
-    {&Handles::framework, Stop, L"Stop QLX Service GetLastError = ", kFrameworkFailed},
-    {&Handles::logging, Stop, L"Stop Log Service GetLastError = ", kLoggingFailed},
-    {&Handles::logging, Start, L"Start Log Service GetLastError = ", kLoggingFailed},
-    {&Handles::framework, Start, L"Start MZP Service GetLastError = ", kFrameworkFailed},
+    {&Handles::framework, Stop, Translatable(L"Stop QLX Service GetLastError = %s"), kFrameworkFailed},
+    {&Handles::logging, Stop, Translatable(L"Stop Log Service GetLastError = %s"), kLoggingFailed},
+    {&Handles::logging, Start, Translatable(L"Start Log Service GetLastError = %s"), kLoggingFailed},
+    {&Handles::framework, Start, Translatable(L"Start MZP Service GetLastError = %s"), kFrameworkFailed},
 }};
 
 }  // namespace
@@ -95,12 +97,12 @@ bool ServiceRestart::Restart() {
     const auto error = step.action(*(handles.*step.service));
     if (!error) continue;
     target_.OnRestartProgress(1);
-    target_.ShowRestartMessage(step.error_label + std::to_wstring(*error), RestartIcon::kNone);
-    target_.ShowRestartMessage(step.failure, RestartIcon::kNone);
+    target_.ShowRestartMessage({step.error, std::to_wstring(*error)}, RestartIcon::kNone);
+    target_.ShowRestartMessage({step.failure}, RestartIcon::kNone);
     return false;
   }
   target_.OnRestartProgress(1);
-  target_.ShowRestartMessage(L"Quillon services restarted.\n", RestartIcon::kInformation);
+  target_.ShowRestartMessage({kRestarted}, RestartIcon::kInformation);
   return true;
 }
 

@@ -4,9 +4,9 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <string>
 #include <thread>
 
+#include "config/Message.h"
 #include "platform/service_control.h"
 
 namespace qlx {
@@ -25,7 +25,7 @@ class RestartTarget {
   /// 0 started, 1 work finished (close the progress window), 2 restart over.
   virtual void OnRestartProgress(int state) = 0;
   /// Shows a box and returns when the user has closed it.
-  virtual void ShowRestartMessage(const std::wstring& text, RestartIcon icon) = 0;
+  virtual void ShowRestartMessage(const Message& message, RestartIcon icon) = 0;
 };
 
 /// One restart at a time: framework service stopped, logging service stopped, then started in the other

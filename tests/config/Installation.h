@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include "config/ConfigDocument.h"
+#include "config/save_error.h"
 #include "config/start_up.h"
 #include "platform/text.h"
 
@@ -69,8 +70,9 @@ class Installation : public testing::Test {
   }
 
   std::unique_ptr<ConfigDocument> Document() {
-    return MakeConfigDocument(
-        [this](const std::wstring& title, const std::wstring& text) { boxes_.emplace_back(title, text); });
+    return MakeConfigDocument([this](const std::wstring& path) {
+      boxes_.emplace_back(kSaveErrorTitle, SaveErrorText(kSaveErrorSentence, path));
+    });
   }
 
   /// The document over `bytes`, which must be readable.

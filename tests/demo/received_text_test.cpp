@@ -13,7 +13,12 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 std::vector<std::wstring> Describe(DeviceKind kind, std::string_view bytes, bool hex) {
-  return DescribeReceived(kind, std::vector<std::uint8_t>(bytes.begin(), bytes.end()), hex);
+  std::vector<std::wstring> lines;
+  for (const Message& line :
+       DescribeReceived(kind, {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, hex)) {
+    lines.push_back(InEnglish(line));
+  }
+  return lines;
 }
 
 std::wstring DataLine(DeviceKind kind, std::string_view bytes, bool hex) {

@@ -50,7 +50,7 @@ class LogoTestbed : public ::testing::Test {
   /// Puts `content` into the configuration file and opens it.
   void Open(const std::string& content) {
     std::ofstream(ConfigPath()) << content;
-    document_ = MakeConfigDocument([this](const std::wstring&, const std::wstring&) { ++save_errors_; });
+    document_ = MakeConfigDocument([this](const std::wstring&) { ++save_errors_; });
     EXPECT_TRUE(document_->Open(ConfigPath().wstring(), false));
   }
 

@@ -53,7 +53,7 @@ std::string EndOfSaving(const PageSettings& settings) {
   UntouchedFiles files;
   const auto create = []() -> std::unique_ptr<platform::XmlDom> { return std::make_unique<ExhaustedDom>(); };
   ConfigDocument document(std::make_unique<xmlclass>(create, files),
-                          [](const std::wstring&, const std::wstring&) { ADD_FAILURE(); });
+                          [](const std::wstring&) { ADD_FAILURE(); });
   EXPECT_TRUE(document.Open(L"any", false));
   try {
     settings.Save(document, [](const std::wstring& end) { throw std::runtime_error(platform::ToUtf8(end)); });

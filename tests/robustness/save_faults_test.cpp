@@ -52,7 +52,7 @@ class Installation {
     std::string name = (Directory() / "qlx-faults-XXXXXX").native();
     directory_ = mkdtemp(name.data());
     std::ofstream(Path()) << content;
-    document_ = MakeConfigDocument([this](const std::wstring&, const std::wstring&) { ++boxes_; });
+    document_ = MakeConfigDocument([this](const std::wstring&) { ++boxes_; });
     document_->Open(platform::PathText(Path().native()), true);
     document_->SetValue(L"IB_Configuration", L"Prefix", L"new");
   }

@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
   if (argc < 2) return 2;
   const long count = argc > 2 ? std::atol(argv[2]) : -1;
   const long first = argc > 3 ? std::atol(argv[3]) : 0;
-  const auto document = qlx::MakeConfigDocument([](const auto&, const auto&) { std::exit(1); });
+  const auto document = qlx::MakeConfigDocument([](const auto&) { std::exit(1); });
   const bool existed = document->Open(qlx::platform::PathText(argv[1]), false);
   if (!existed) document->Open(qlx::platform::PathText(argv[1]), true);
   document->SetValue(L"Ports_Configuration", L"Number", L"0");

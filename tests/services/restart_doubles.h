@@ -84,9 +84,9 @@ class RecordingTarget final : public RestartTarget {
     happened_.push_back("progress " + std::to_string(state));
   }
 
-  void ShowRestartMessage(const std::wstring& text, RestartIcon icon) override {
+  void ShowRestartMessage(const Message& message, RestartIcon icon) override {
     happened_.push_back((icon == RestartIcon::kInformation ? "information " : "box ") +
-                        platform::ToUtf8(text));
+                        platform::ToUtf8(InEnglish(message)));
   }
 
   std::function<void(int)> before_progress;

@@ -11,8 +11,8 @@ class PrintingTarget final : public qlx::RestartTarget {
  public:
   void OnRestartProgress(int state) override { std::cout << "progress " << state << std::endl; }
 
-  void ShowRestartMessage(const std::wstring& text, qlx::RestartIcon) override {
-    std::string line = qlx::platform::ToUtf8(text);
+  void ShowRestartMessage(const qlx::Message& message, qlx::RestartIcon) override {
+    std::string line = qlx::platform::ToUtf8(InEnglish(message));
     for (char& c : line) {
       if (c == '\n') c = '|';
     }

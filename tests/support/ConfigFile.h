@@ -52,7 +52,7 @@ class ConfigFile {
 
   std::unique_ptr<ConfigDocument> Opened() const {
     auto document = MakeConfigDocument(
-        [](const std::wstring&, const std::wstring& text) { ADD_FAILURE() << platform::ToUtf8(text); });
+        [](const std::wstring& path) { ADD_FAILURE() << "not saved: " << platform::ToUtf8(path); });
     EXPECT_TRUE(document->Open(Path().wstring(), false));
     return document;
   }
