@@ -22,6 +22,9 @@ class LimitedEdit : public wxTextCtrl {
   /// At most `units` UTF-16 code units from now on; longer text that is there stays.
   void SetLimit(std::size_t units) { rule_.limit = units; }
 
+  /// A text that cannot be edited can be reached, selected and copied by keyboard all the same.
+  bool AcceptsFocusFromKeyboard() const override { return wxControl::AcceptsFocus(); }
+
  private:
   /// As wide as the text it may hold, in the text size that the user has chosen.
   wxSize DoGetBestSize() const override;

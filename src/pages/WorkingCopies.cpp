@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwctype>
+#include <filesystem>
 #include <string_view>
 
 #include "pages/logo_failures.h"
@@ -14,6 +15,7 @@ namespace qlx {
 namespace {
 
 constexpr wchar_t kFolder[] = L"logos";
+constexpr wchar_t kSeparator = std::filesystem::path::preferred_separator;
 /// So that a number and an extension find room behind it in every file system.
 constexpr std::size_t kLongestStem = 60;
 
@@ -65,7 +67,7 @@ std::vector<std::wstring>::iterator WorkingCopies::Find(const std::wstring& path
 
 /// Two pictures of the same name from different folders have a copy each.
 std::wstring WorkingCopies::FreePath(const std::wstring& source) {
-  const std::wstring start = system_.temporary_directory + kFolder + L"/" + std::wstring(Stem(source));
+  const std::wstring start = system_.temporary_directory + kFolder + kSeparator + std::wstring(Stem(source));
   std::wstring path = start + L".bmp";
   for (int number = 2; Find(path) != paths_.end(); ++number) {
     path = start + L"-" + std::to_wstring(number) + L".bmp";

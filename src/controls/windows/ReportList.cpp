@@ -1,0 +1,74 @@
+#include "controls/ReportList.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <wx/listctrl.h>
+
+namespace qlx {
+namespace {
+
+constexpr int kCellPadding = 14;  ///< pixels of the standard density that the control leaves around a text
+
+class NativeList final : public ReportList {
+ public:
+  NativeList(wxWindow* parent, int id)
+      : list_(new wxListCtrl(parent, id, wxDefaultPosition, wxDefaultSize,
+                             wxLC_REPORT | wxLC_SINGLE_SEL | wxLC_HRULES | wxLC_VRULES)) {}
+
+  wxWindow& window() override { return *list_; }
+
+  void AddColumn(const wxString& title, int width) override {
+    const int column = list_->GetColumnCount();
+    list_->AppendColumn(title, wxLIST_FORMAT_LEFT, list_->FromDIP(width));
+    Widen(column, title);
+  }
+
+  void AddRow(const wxString& first_cell) override {
+    list_->InsertItem(list_->GetItemCount(), first_cell);
+    Widen(0, first_cell);
+  }
+
+  void SetCell(int row, int column, const std::wstring& text) override {
+    list_->SetItem(row, column, text);
+    Widen(column, text);
+  }
+
+  std::optional<int> SelectedRow() const override {
+    const long row = list_->GetFirstSelected();
+    return row == wxNOT_FOUND ? std::nullopt : std::optional(static_cast<int>(row));
+  }
+
+  void OnSelection(std::function<void()> handler) override {
+    list_->Bind(wxEVT_LIST_ITEM_SELECTED, [handler](wxListEvent&) { handler(); });
+    list_->Bind(wxEVT_LIST_ITEM_DESELECTED, [handler = std::move(handler)](wxListEvent&) { handler(); });
+  }
+
+  /// The control's own activation comes from the Enter key too.
+  void OnDoubleClick(std::function<void(int row)> handler) override {
+    list_->Bind(wxEVT_LEFT_DCLICK, [this, handler = std::move(handler)](wxMouseEvent& event) {
+      event.Skip();
+      int place = 0;
+      const long row = list_->HitTest(event.GetPosition(), place);
+      if (row == wxNOT_FOUND) return;
+      // The control takes the click first: a handler may open a window that keeps this event waiting.
+      list_->CallAfter([handler, row] { handler(static_cast<int>(row)); });
+    });
+  }
+
+ private:
+  void Widen(int column, const wxString& text) {
+    const int needed = list_->GetTextExtent(text).x + list_->FromDIP(kCellPadding);
+    list_->SetColumnWidth(column, std::max(list_->GetColumnWidth(column), needed));
+  }
+
+  wxListCtrl* list_;
+};
+
+}  // namespace
+
+std::unique_ptr<ReportList> MakeReportList(wxWindow* parent, int id) {
+  return std::make_unique<NativeList>(parent, id);
+}
+
+}  // namespace qlx
