@@ -7,9 +7,10 @@ import sys
 from types import SimpleNamespace
 
 TREE = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-sys.path.insert(0, os.path.join(TREE, "tests", "ui"))
+sys.path[:0] = [os.path.join(TREE, "tests", "ui", "linux"), os.path.join(TREE, "tests", "ui")]
 
-from tool import Tool, screenshot, wait_for  # noqa: E402  the path is set above
+from tool import Tool, screenshot  # noqa: E402  the path is set above
+from waiting import wait_for  # noqa: E402
 
 
 SIMULATOR = os.path.join(TREE, "build", "linux-release", "bin", "qlxsim")

@@ -5,12 +5,15 @@ import socket
 import subprocess
 import unittest
 
-from tool import Installation, Tool, wait_for
+from installation import Installation
+from tool import Tool
+from waiting import wait_for
 
 RESTART_QUESTION = (
     "Configuration file changed. You must restart the services for the configuration to take effect.\n\n"
     "Do you want to restart the services now?"
 )
+SAVE_FAILED = 'Unable to save file "{}".\nPlease check location of file'
 SECTIONS = [
     "Ports_Configuration",
     "Logging_Configuration",
@@ -58,7 +61,7 @@ class WindowCase(unittest.TestCase):
 
     def start(self, environment=None):
         """Starts the program without waiting for its window. No service manager answers unless one is given."""
-        tool = Tool(self.installation, environment or {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent"})
+        tool = Tool(self.installation, environment or Tool.ALONE)
         self.addCleanup(tool.kill)
         return tool
 
@@ -67,7 +70,5 @@ class WindowCase(unittest.TestCase):
         if file is not None:
             self.installation.write(file)
         tool = self.start(environment)
-        if tool.printer_link and os.path.exists(tool.printer_link):
-            tool.await_printer()
-        tool.main_window()
+        tool.await_start()
         return tool

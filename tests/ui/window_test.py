@@ -3,8 +3,8 @@
 import os
 import unittest
 
-from tool import Tool, descendants, wait_for
-from window_case import RESTART_QUESTION, WindowCase, complete_file
+from tool import Tool
+from window_case import RESTART_QUESTION, SAVE_FAILED, WindowCase, complete_file
 
 LOAD_ERROR = "Error loading QLXConfig.xml!\nExiting program."
 
@@ -50,10 +50,8 @@ class Start(WindowCase):
 
     def test_the_window_shows_the_five_tabs_with_com_ports_in_front(self):
         tool = self.open(complete_file())
-        tabs = tool.control(1000)
-        names = [tabs.getChildAtIndex(i).name for i in range(tabs.childCount)]
-        self.assertEqual(names, ["COM Ports", "Logging", "MSR", "iButton", "Printer"])
-        self.assertEqual(tabs.querySelection().getSelectedChild(0).name, "COM Ports")
+        self.assertEqual(tool.tabs(), ["COM Ports", "Logging", "MSR", "iButton", "Printer"])
+        self.assertEqual(tool.current_tab(), "COM Ports")
 
 
 class Keys(WindowCase):
@@ -71,25 +69,15 @@ class Keys(WindowCase):
         self.assertEqual(len(tool.windows()), 1)
         self.assertEqual(self.installation.bytes(), before)
 
-    def test_a_question_that_is_closed_without_an_answer_leaves_the_window_open(self):
-        tool = self.open()
-        tool.close()
-        tool.box()
-        tool.key("Escape")
-        wait_for(lambda: len(tool.windows()) == 1, "the question to close")
-        tool.close()
-        tool.answer("No", RESTART_QUESTION)
-        self.assertEqual(tool.wait(), 0)
-
     def test_about_is_reached_by_keyboard(self):
         tool = self.open(complete_file())
         tool.key("alt+a")
-        about = tool.window("About Configuration Tool")
-        labels = [c.name for c in descendants(about) if c.getRoleName() == "label"]
+        tool.active_window("About Configuration Tool")
+        labels = tool.labels("About Configuration Tool")
         self.assertIn("Version:", labels)
         self.assertIn("1.11.8", labels)
         tool.key("Escape")
-        wait_for(lambda: len(tool.windows()) == 1, "the about box to close")
+        tool.await_no_other_window()
 
 
 class ApplyAll(WindowCase):
@@ -134,7 +122,7 @@ class FailedSave(WindowCase):
         tool.tab("Logging")
         tool.click(1026)
         self.assertIn("Save File Error!", tool.window_titles())
-        tool.answer("OK", f'Unable to save file "{self.installation.file}".\nPlease check location of file')
+        tool.answer("OK", SAVE_FAILED.format(tool.path_shown(self.installation.file)))
         tool.answer("OK", "Log settings saved.")
         os.rmdir(self.installation.file)
         self.installation.write(before.decode())

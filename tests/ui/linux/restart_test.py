@@ -4,7 +4,8 @@ import os
 import unittest
 
 from simulator import Simulator
-from tool import screenshot, wait_for
+from tool import screenshot
+from waiting import wait_for
 from window_case import RESTART_QUESTION, WindowCase, complete_file, free_port
 
 
@@ -58,8 +59,8 @@ class Restart(WindowCase):
         simulator = self.simulate("--hang-stopping", "QLXSVC")
         tool = self.open_changed(simulator)
         tool.answer("Yes", RESTART_QUESTION)
-        bar = tool.control(1087)
-        self.assertEqual(tool.window("Restarting services...").name, "Restarting services...")
+        bar = tool.bounds(1087)
+        tool.window("Restarting services...")
         pictures = set()
 
         def moving():

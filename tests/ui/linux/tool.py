@@ -2,45 +2,13 @@
 
 import os
 import re
-import shutil
 import signal
 import subprocess
-import tempfile
-import time
-import xml.etree.ElementTree as ElementTree
 
 import pyatspi
 
-LIMIT = int(os.environ.get("QLX_UI_LIMIT", "30"))  # seconds that any single expectation may take
-
-# What a test starts ends with it, also when the test itself is killed.
-TIED = [shutil.which("setpriv"), "--pdeathsig", "TERM", "--"]
-
-
-class Timeout(AssertionError):
-    """An expectation was not met within LIMIT."""
-
-
-def wait_for(condition, what):
-    """Returns the first true value of condition(); a control that vanishes while it is read counts as false."""
-    deadline = time.monotonic() + LIMIT
-    while True:
-        try:
-            value = condition()
-        except Exception as error:  # pylint: disable=broad-except
-            if not vanished(error):
-                raise
-            value = None
-        if value:
-            return value
-        if time.monotonic() > deadline:
-            raise Timeout(what)
-        time.sleep(0.02)
-
-
-def vanished(error):
-    """True for the errors with which the accessibility bus answers about a control that is gone."""
-    return type(error).__module__.startswith(("gi", "pyatspi")) or isinstance(error, (AttributeError, LookupError))
+from driven_tool import TABS, TIED, DrivenTool, xdotool
+from waiting import LIMIT, wait_for
 
 
 def descendants(accessible):
@@ -60,6 +28,20 @@ def showing(accessible):
     return pyatspi.STATE_SHOWING in states(accessible)
 
 
+def shown(accessible):
+    """What is shown of the tree below accessible, parents first."""
+    for index in range(accessible.childCount):
+        child = accessible.getChildAtIndex(index)
+        if child is not None and showing(child):
+            yield child
+            yield from shown(child)
+
+
+def bounds_of(accessible):
+    extents = accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+    return extents.x, extents.y, extents.width, extents.height
+
+
 def target(link):
     """What a link points to; nothing once it is gone."""
     try:
@@ -68,34 +50,11 @@ def target(link):
         return ""
 
 
-class Installation:
-    """A directory with the program and its configuration file, gone when closed."""
-
-    def __init__(self, program):
-        self.directory = tempfile.mkdtemp(prefix="qlx-ui-")
-        self.program = os.path.join(self.directory, "QLXConfig")
-        self.file = os.path.join(self.directory, "QLXConfig.xml")
-        shutil.copy(program, self.program)
-
-    def close(self):
-        shutil.rmtree(self.directory, ignore_errors=True)
-
-    def write(self, text):
-        with open(self.file, "w", encoding="utf-8") as file:
-            file.write(text)
-
-    def bytes(self):
-        with open(self.file, "rb") as file:
-            return file.read()
-
-    def section(self, name):
-        """The keys and texts of a section, in document order."""
-        section = ElementTree.parse(self.file).getroot().find(name)
-        return {child.tag: child.text or "" for child in section}
-
-
-class Tool:
+class Tool(DrivenTool):
     """The running program. Controls are named by their numbers."""
+
+    # Without a bus no service manager answers.
+    ALONE = {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent"}
 
     def __init__(self, installation, environment=None):
         environment = {**os.environ, **(environment or {})}
@@ -117,7 +76,18 @@ class Tool:
             port = re.search(rb"<PRINTER_USB[^>]*>(COM\d+)<", opened.read())
         return os.path.join(ports, "MZP_" + port.group(1).decode()) if port else None
 
+    @staticmethod
+    def path_shown(path):
+        """How the program names a file."""
+        return path
+
     # The printer
+
+    def await_start(self):
+        """Until the window can be used: while the printer is asked it takes no input."""
+        if self.printer_link and os.path.exists(self.printer_link):
+            self.await_printer()
+        self.main_window()
 
     def has_printer_open(self):
         tty = os.path.realpath(self.printer_link)
@@ -127,7 +97,7 @@ class Tool:
     def await_printer(self):
         """Until the printer has been asked: the window takes no input from the moment that the port opens."""
         wait_for(self.has_printer_open, "the printer's port to be opened")
-        wait_for(lambda: self.enabled(1000), "the end of the time that the printer has to answer")
+        wait_for(lambda: self.enabled(TABS), "the end of the time that the printer has to answer")
 
     # Windows
 
@@ -146,22 +116,25 @@ class Tool:
         children = [application.getChildAtIndex(i) for i in range(application.childCount)]
         return [window for window in children if window is not None and showing(window)]
 
+    def is_open(self, window):
+        return any(w == window for w in self.windows())
+
     def window(self, title):
         return wait_for(
             lambda: next((w for w in self.windows() if w.name == title and w.getRoleName() != "alert"), None),
             f"window {title!r}",
         )
 
+    def window_bounds(self, title):
+        return bounds_of(self.window(title))
+
     def active_window(self, title):
         """A window once keys reach it: without a window manager they go where the mouse is."""
         window = self.window(title)
-        extents = window.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        xdotool("mousemove", extents.x + extents.width // 2, extents.y + extents.height // 2)
+        left, top, width, height = bounds_of(window)
+        xdotool("mousemove", left + width // 2, top + height // 2)
         wait_for(lambda: pyatspi.STATE_ACTIVE in states(window), f"window {title!r} to be active")
         return window
-
-    def main_window(self):
-        return self.active_window("Quillon Configuration Tool")
 
     def window_titles(self):
         """The titles of the program's windows; for a message box the accessibility tree does not tell it."""
@@ -169,6 +142,11 @@ class Tool:
             ["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid), "--name", "", "getwindowname", "%@"],
             capture_output=True, text=True, check=False)
         return found.stdout.splitlines()
+
+    def labels(self, title=None):
+        """The texts that a window shows, or that all do."""
+        windows = [self.window(title)] if title else self.windows()
+        return [child.name for window in windows for child in shown(window)]
 
     def box(self):
         """The message box that is open."""
@@ -184,27 +162,9 @@ class Tool:
 
         return wait_for(text, "the text of the box")
 
-    def answer(self, button, text=None):
-        """Checks the open box's text, presses its button by mouse and waits until the box is gone."""
-        box = self.box()
-        if text is not None and self.box_text() != text:
-            raise AssertionError(f"the box says {self.box_text()!r}, not {text!r}")
-        control = wait_for(
-            lambda: next((c for c in descendants(box) if c.getRoleName() == "push button" and c.name == button), None),
-            f"button {button!r}",
-        )
-        clicked = 0
-
-        def closed():
-            nonlocal clicked
-            if not any(w.getRoleName() == "alert" and w == box for w in self.windows()):
-                return True
-            if time.monotonic() > clicked + 1:  # a window manager may have moved the box under the mouse
-                self.click_on(control)
-                clicked = time.monotonic()
-            return False
-
-        wait_for(closed, "the box to close")
+    def box_buttons(self):
+        """The places of the open message box's buttons, by their texts."""
+        return {c.name: bounds_of(c) for c in descendants(self.box()) if c.getRoleName() == "push button"}
 
     # Controls
 
@@ -216,11 +176,20 @@ class Tool:
                     return control
         return None
 
-    def control(self, number):
-        return wait_for(lambda: self.find(number), f"control {number}")
+    def bounds(self, number):
+        return bounds_of(self.control(number))
 
-    def enabled(self, number):
-        return pyatspi.STATE_SENSITIVE in states(self.control(number))
+    def name(self, number):
+        """What a screen reader calls the control."""
+        return self.control(number).name
+
+    def description(self, number):
+        """What a screen reader says behind the control's name."""
+        return self.control(number).description
+
+    def enabled(self, number, hidden=False):
+        control = wait_for(lambda: self.find(number, hidden), f"control {number}")
+        return pyatspi.STATE_SENSITIVE in states(control)
 
     def checked(self, number):
         return pyatspi.STATE_CHECKED in states(self.control(number))
@@ -228,8 +197,19 @@ class Tool:
     def focused(self, number):
         return pyatspi.STATE_FOCUSED in states(self.control(number))
 
+    def focus(self, number):
+        self.control(number).queryComponent().grabFocus()
+        wait_for(lambda: self.focused(number), f"focus on {number}")
+
     def text(self, number):
         return self.control(number).queryText().getText(0, -1)
+
+    def text_length(self, number):
+        return self.control(number).queryText().characterCount
+
+    def set_text(self, number, text):
+        """Sets a field as a screen reader does."""
+        self.control(number).queryEditableText().setTextContents(text)
 
     def caret(self, number):
         return self.control(number).queryText().caretOffset
@@ -238,45 +218,6 @@ class Tool:
         """The item that a drop-down list shows."""
         selection = self.control(number).querySelection()
         return selection.getSelectedChild(0).name if selection.nSelectedChildren else None
-
-    def click_on(self, accessible):
-        extents = accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        x, y = extents.x + extents.width // 2, extents.y + extents.height // 2
-        xdotool("mousemove", x, y, "click", 1)
-
-    def click(self, number):
-        self.click_on(self.control(number))
-
-    def check(self, number, value):
-        """Clicks a check box unless it is as wanted, and waits until it is."""
-        if self.checked(number) != value:
-            self.click(number)
-        wait_for(lambda: self.checked(number) == value, f"check box {number} to become {value}")
-
-    def focus(self, number):
-        self.control(number).queryComponent().grabFocus()
-        wait_for(lambda: self.focused(number), f"focus on {number}")
-
-    def enter(self, number, text):
-        """Replaces a field's text by typing."""
-        self.focus(number)
-        xdotool("key", "ctrl+a", "key", "Delete")
-        wait_for(lambda: self.text(number) == "", f"field {number} to become empty")
-        self.type(text)
-
-    def choose(self, number, item, before):
-        """Chooses an item of a drop-down list by keyboard, coming from the control that precedes it: the list
-        itself tells nobody that it has the focus."""
-        self.focus(before)
-        xdotool("key", "Tab")
-        wait_for(lambda: not self.focused(before), f"the focus to leave {before}")
-        for _ in range(20):
-            if self.chosen(number) == item:
-                return
-            last = self.chosen(number)
-            xdotool("key", "Down")
-            wait_for(lambda last=last: self.chosen(number) != last, f"list {number} to move on from {last!r}")
-        raise AssertionError(f"list {number} has no item {item!r}")
 
     def pick(self, number, item):
         """Chooses an item of a drop-down list as a screen reader does."""
@@ -290,7 +231,28 @@ class Tool:
         """The items of a drop-down list."""
         return [c.name for c in descendants(self.control(number)) if c.getRoleName() == "menu item"]
 
+    # Tabs
+
+    def tabs(self):
+        tabs = self.control(TABS)
+        return [tabs.getChildAtIndex(i).name for i in range(tabs.childCount)]
+
+    def current_tab(self):
+        return self.control(TABS).querySelection().getSelectedChild(0).name
+
+    def tab(self, name):
+        """Brings a tab page to the front."""
+        tabs = self.control(TABS)
+        index = self.tabs().index(name)
+        tabs.querySelection().selectChild(index)
+        wait_for(lambda: showing(tabs.getChildAtIndex(index)), f"tab {name!r}")
+
     # Lists
+
+    def columns(self, number):
+        """The titles of a list's columns."""
+        table = self.control(number).queryTable()
+        return [table.getColumnHeader(column).name for column in range(table.nColumns)]
 
     def rows(self, number):
         """The texts of a list, row by row."""
@@ -306,40 +268,25 @@ class Tool:
     def cell(self, number, row):
         return self.control(number).queryTable().getAccessibleAt(row, 0)
 
-    def select(self, number, row):
-        """Clicks on a row and waits until it is the selected one."""
-        self.click_on(self.cell(number, row))
-        wait_for(lambda: pyatspi.STATE_SELECTED in states(self.cell(number, row)), f"row {row} to be selected")
+    def cell_bounds(self, number, row):
+        return bounds_of(self.cell(number, row))
 
-    def double_click(self, number, row):
-        self.select(number, row)
-        xdotool("click", "--repeat", 2, "--delay", 50, 1)
-
-    @staticmethod
-    def type(text):
-        xdotool("type", "--delay", "15", "--", text)
-
-    @staticmethod
-    def key(name):
-        xdotool("key", name)
-
-    def tab(self, name):
-        """Brings a tab page to the front."""
-        tabs = self.control(1000)
-        index = [tabs.getChildAtIndex(i).name for i in range(tabs.childCount)].index(name)
-        tabs.querySelection().selectChild(index)
-        wait_for(lambda: showing(tabs.getChildAtIndex(index)), f"tab {name!r}")
+    def selected_row(self, number):
+        table = self.control(number).queryTable()
+        rows = range(table.nRows)
+        return next((row for row in rows if pyatspi.STATE_SELECTED in states(table.getAccessibleAt(row, 0))), None)
 
     # The end
+
+    def running(self):
+        return self.process.poll() is None
+
+    def threads(self):
+        return len(os.listdir(f"/proc/{self.process.pid}/task"))
 
     def wait(self):
         """The exit code, once the program has ended by itself."""
         return self.process.wait(timeout=LIMIT)
-
-    def close(self):
-        """Asks the main window to close, as the close box does."""
-        self.main_window()
-        self.key("Escape")
 
     def kill(self):
         if self.process.poll() is None:
@@ -347,14 +294,10 @@ class Tool:
         self.process.wait()
 
 
-def xdotool(*arguments):
-    subprocess.run(["xdotool", *map(str, arguments)], check=True)
-
-
-def screenshot(path, accessible=None):
-    """The screen, or the part of it that accessible takes up, as a PNG; the empty screen around it is cut off."""
+def screenshot(path, bounds=None):
+    """The screen, or a rectangle of it, as a PNG; the empty screen around it is cut off."""
     crop = []
-    if accessible is not None:
-        extents = accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        crop = ["-crop", f"{extents.width}x{extents.height}+{extents.x}+{extents.y}"]
+    if bounds is not None:
+        left, top, width, height = bounds
+        crop = ["-crop", f"{width}x{height}+{left}+{top}"]
     subprocess.run(["import", "-window", "root", *crop, "-trim", "+repage", path], check=True)

@@ -6,8 +6,9 @@ import unittest
 from devices import Ports
 from pages_test import LOGGING_TAB_ORDER
 from ports_test import ports_file
-from tool import wait_for
-from window_case import WindowCase, complete_file
+from tool import Tool
+from waiting import wait_for
+from window_case import SAVE_FAILED, WindowCase, complete_file
 
 NO_RIGHTS = (
     "You do not have sufficient permissions.\n"
@@ -41,7 +42,7 @@ class ReadOnly(WindowCase):
         ports = Ports("COM3")
         self.addCleanup(ports.close)
         self.installation.write(ports_file("<MSR_USB>COM3</MSR_USB>"))
-        tool = self.start({"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", **ports.environment})
+        tool = self.start({**Tool.ALONE, **ports.environment})
         tool.answer("OK", NO_RIGHTS)
         tool.main_window()
         tool.select(1056, 0)
@@ -70,7 +71,7 @@ class ReadOnly(WindowCase):
         ports = Ports("COM8")
         self.addCleanup(ports.close)
         self.installation.write(ports_file("<PRINTER_USB>COM8</PRINTER_USB>"))
-        tool = self.start({"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent", **ports.environment})
+        tool = self.start({**Tool.ALONE, **ports.environment})
         tool.answer("OK", NO_RIGHTS)
         self.assertEqual(ports["COM8"].receive(3), b"\x1dI\x01")
         ports["COM8"].send(bytes(33))
@@ -88,7 +89,7 @@ class ReadOnly(WindowCase):
         os.chmod(self.installation.directory, 0o555)
         self.addCleanup(os.chmod, self.installation.directory, 0o755)
         tool = self.start()
-        tool.answer("OK", f'Unable to save file "{self.installation.file}".\nPlease check location of file')
+        tool.answer("OK", SAVE_FAILED.format(self.installation.file))
         tool.answer("OK", NO_RIGHTS)
         tool.tab("Logging")
         self.assertEqual(tool.text(1022), "38674")

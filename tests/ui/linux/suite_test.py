@@ -5,9 +5,10 @@ import unittest
 
 from demo_test import CLOSE, COMMAND, COMMAND_2, DEMO_QUESTION, DISPLAY, DRAWER_1, DRAWER_2, ELEMENTS, HEX, IBUTTON, MSR, OUTPUT, PCI, PRINTER, PRINTER_ELEMENT, TITLES
 from devices import UsbDevices
-from ports_test import CONFIGURE, DEMO, DEVICE_1, DEVICE_2, DRAWERS, LIST, OK, PORT, ports_file
+from ports_test import CONFIGURE, DEMO, DEVICE_1, DEVICE_2, LIST, OK, PORT, ports_file
 from simulator import Simulator
-from tool import wait_for
+from usb_test import DRAWERS
+from waiting import wait_for
 from window_case import WindowCase
 
 
@@ -80,9 +81,8 @@ class Suite(WindowCase):
 
     def test_a_flooding_device_can_be_left(self):
         tool = self.open_demo(MSR)
-        output = tool.control(OUTPUT).queryText()
         self.simulator.control("flood msr on")
-        wait_for(lambda: output.characterCount > 200000, "the flood")
+        wait_for(lambda: tool.text_length(OUTPUT) > 200000, "the flood")
         tool.click(CLOSE)
         tool.main_window()
         tool.close()

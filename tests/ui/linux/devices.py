@@ -14,9 +14,9 @@ import gi
 gi.require_version("UMockdev", "1.0")
 from gi.repository import UMockdev  # noqa: E402  the version is chosen above
 
-from tool import LIMIT  # noqa: E402
+from waiting import LIMIT  # noqa: E402
 
-TREE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+TREE = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", ".."))
 
 
 class Port:

@@ -9,7 +9,9 @@ import unittest
 from devices import Ports
 from ports_test import CLEAR_ALL, DEMO, LIST, ports_file
 from simulator import Simulator
-from tool import wait_for, xdotool
+from driven_tool import click_at, xdotool
+from tool import Tool
+from waiting import wait_for
 from window_case import RESTART_QUESTION, WindowCase
 
 COMMAND, COMMAND_2, PORT_LABEL, OUTPUT, HEX, CLEAR, CLOSE = 1067, 1069, 1068, 1065, 1070, 1066, 1
@@ -42,8 +44,7 @@ class DemoCase(WindowCase):
         self.addCleanup(self.ports.close)
 
     def open_tool(self, environment=None, elements=ELEMENTS):
-        bus = {"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent"}
-        return self.open(ports_file(elements), {**bus, **(environment or {}), **self.ports.environment})
+        return self.open(ports_file(elements), {**Tool.ALONE, **(environment or {}), **self.ports.environment})
 
     def open_demo(self, kind):
         """The program with the demo of one kind open, and the device's end of its port."""
@@ -69,9 +70,9 @@ class Kinds(DemoCase):
             tool.select(LIST, kind)
             tool.click(DEMO)
             tool.active_window(title)
-            self.assertEqual(tool.control(PORT_LABEL).name, PORT_OF[kind])
+            self.assertEqual(tool.name(PORT_LABEL), PORT_OF[kind])
             self.await_output(tool, "<COM Port Opened>")
-            labels = [tool.find(number).name if tool.find(number) else None for number in (COMMAND, COMMAND_2)]
+            labels = [tool.name(number) if tool.find(number) else None for number in (COMMAND, COMMAND_2)]
             expected = {DISPLAY: ["Send Text", None], PRINTER: ["Print Receipt", None]}
             drawers = ["Open CDs", "Get Status"]
             self.assertEqual(labels, expected.get(kind, drawers if DRAWER_1 <= kind <= PCI else [None, None]))
@@ -160,13 +161,13 @@ class Window(DemoCase):
         tool.double_click(LIST, MSR)
         tool.double_click(LIST, DISPLAY)
         tool.active_window("Line Display Demo")
-        self.assertEqual([w.name for w in tool.windows() if w.name == "MSR Demo"], [])
+        self.assertEqual(len(tool.windows()), 2)
 
     def test_a_double_click_on_the_second_drawer_takes_the_firsts_port(self):
         tool = self.open_tool()
         tool.double_click(LIST, DRAWER_2)
         tool.active_window("Cash Drawer Demo")
-        self.assertEqual(tool.control(PORT_LABEL).name, "COM6")
+        self.assertEqual(tool.name(PORT_LABEL), "COM6")
 
     def test_the_enter_key_on_a_row_opens_nothing(self):
         tool = self.open_tool()
@@ -235,21 +236,20 @@ class Troubles(DemoCase):
     def test_the_window_can_be_used_and_closed_in_mid_flood(self):
         tool, reader = self.open_demo(MSR)
         self.flood(reader)
-        output = tool.control(OUTPUT).queryText()
-        clear = tool.control(CLEAR)
+        clear = tool.bounds(CLEAR)
         tool.check(HEX, True)
-        wait_for(lambda: output.characterCount > 1000000, "the flood")
-        shown = output.characterCount
-        tool.click_on(clear)
-        wait_for(lambda: output.characterCount < shown, "the output to have been emptied")
+        wait_for(lambda: tool.text_length(OUTPUT) > 1000000, "the flood")
+        shown = tool.text_length(OUTPUT)
+        click_at(clear)
+        wait_for(lambda: tool.text_length(OUTPUT) < shown, "the output to have been emptied")
         tool.click(CLOSE)
         tool.main_window()
-        threads = os.listdir(f"/proc/{tool.process.pid}/task")
+        threads = tool.threads()
         tool.click(DEMO)
         tool.active_window("MSR Demo")
         tool.click(CLOSE)
         tool.main_window()
-        wait_for(lambda: len(os.listdir(f"/proc/{tool.process.pid}/task")) <= len(threads), "the readers to have ended")
+        wait_for(lambda: tool.threads() <= threads, "the readers to have ended")
         self.assert_closed_cleanly(tool)
 
     def test_a_printer_that_takes_nothing_can_be_left_at_once(self):

@@ -7,7 +7,8 @@ import socket
 import subprocess
 import tempfile
 
-from tool import TIED, wait_for
+from driven_tool import TIED
+from waiting import wait_for
 
 
 class Simulator:

@@ -1,0 +1,122 @@
+"""What a test does with the running program by mouse and keyboard, whatever the platform tells about its windows."""
+
+import shutil
+import subprocess
+import time
+
+from waiting import wait_for
+
+MAIN_WINDOW = "Quillon Configuration Tool"
+TABS = 1000
+
+# What a test starts ends with it, also when the test itself is killed.
+TIED = [shutil.which("setpriv"), "--pdeathsig", "TERM", "--"]
+
+
+def xdotool(*arguments):
+    subprocess.run(["xdotool", *map(str, arguments)], check=True)
+
+
+def click_at(bounds, button=1):
+    """A click into the middle of a rectangle on the screen: left, top, width, height."""
+    left, top, width, height = bounds
+    xdotool("mousemove", left + width // 2, top + height // 2, "click", button)
+
+
+class DrivenTool:
+    """The running program. Controls are named by their numbers, windows by their titles; each platform's Tool
+    answers how they look: windows, box, box_text, box_buttons, find, bounds, cell_bounds, enabled, checked,
+    focused, text, caret, chosen, items, tabs, current_tab, rows, selected_row, name, labels; and does what
+    neither mouse nor keyboard do: focus, set_text, pick, wait, kill."""
+
+    # Windows
+
+    def main_window(self):
+        return self.active_window(MAIN_WINDOW)
+
+    def await_no_other_window(self):
+        wait_for(lambda: len(self.windows()) == 1, "every window but the main one to close")
+
+    def says(self, text):
+        """Whether a window shows this text to the user."""
+        return text in self.labels()
+
+    def answer(self, button, text=None):
+        """Checks the open box's text, presses its button by mouse and waits until the box is gone."""
+        box = self.box()
+        if text is not None and self.box_text() != text:
+            raise AssertionError(f"the box says {self.box_text()!r}, not {text!r}")
+        bounds = wait_for(lambda: self.box_buttons().get(button), f"button {button!r}")
+        clicked = 0
+
+        def closed():
+            nonlocal bounds, clicked
+            if not self.is_open(box):
+                return True
+            if time.monotonic() > clicked + 1:  # a window manager may have moved the box under the mouse
+                bounds = self.box_buttons().get(button, bounds)
+                click_at(bounds)
+                clicked = time.monotonic()
+            return False
+
+        wait_for(closed, "the box to close")
+
+    # Controls
+
+    def control(self, number):
+        return wait_for(lambda: self.find(number), f"control {number}")
+
+    def click(self, number):
+        click_at(self.bounds(number))
+
+    def check(self, number, value):
+        """Clicks a check box unless it is as wanted, and waits until it is."""
+        if self.checked(number) != value:
+            self.click(number)
+        wait_for(lambda: self.checked(number) == value, f"check box {number} to become {value}")
+
+    def enter(self, number, text):
+        """Replaces a field's text by typing."""
+        self.focus(number)
+        xdotool("key", "ctrl+a", "key", "Delete")
+        wait_for(lambda: self.text(number) == "", f"field {number} to become empty")
+        self.type(text)
+
+    def choose(self, number, item, before):
+        """Chooses an item of a drop-down list by keyboard, coming from the control that precedes it."""
+        self.focus(before)
+        xdotool("key", "Tab")
+        wait_for(lambda: not self.focused(before), f"the focus to leave {before}")
+        for _ in range(20):
+            if self.chosen(number) == item:
+                return
+            last = self.chosen(number)
+            xdotool("key", "Down")
+            wait_for(lambda last=last: self.chosen(number) != last, f"list {number} to move on from {last!r}")
+        raise AssertionError(f"list {number} has no item {item!r}")
+
+    # Lists
+
+    def select(self, number, row):
+        """Clicks on a row and waits until it is the selected one."""
+        click_at(self.cell_bounds(number, row))
+        wait_for(lambda: self.selected_row(number) == row, f"row {row} to be selected")
+
+    def double_click(self, number, row):
+        self.select(number, row)
+        xdotool("click", "--repeat", 2, "--delay", 50, 1)
+
+    @staticmethod
+    def type(text):
+        xdotool("type", "--delay", "15", "--", text)
+
+    @staticmethod
+    def key(name):
+        xdotool("key", name)
+
+    # The end
+
+    def close(self):
+        """Asks the main window to close, as the close box does."""
+        self.main_window()
+        self.key("Escape")
