@@ -35,7 +35,7 @@ class NativeList final : public ReportList {
   }
 
   std::optional<int> SelectedRow() const override {
-    const long row = list_->GetFirstSelected();
+    const long row = list_->GetNextItem(-1, wxLIST_NEXT_ALL, wxLIST_STATE_SELECTED);
     return row == wxNOT_FOUND ? std::nullopt : std::optional(static_cast<int>(row));
   }
 
