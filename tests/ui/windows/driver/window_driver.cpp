@@ -12,6 +12,7 @@
 #include <objbase.h>
 
 #include "platform/text.h"
+#include "tests/platform/windows/RegisteredInterface.h"
 #include "tests/ui/windows/driver/DrivenProcess.h"
 #include "tests/ui/windows/driver/line_protocol.h"
 #include "tests/ui/windows/driver/native_controls.h"
@@ -21,6 +22,7 @@ namespace qlx::driver {
 namespace {
 
 std::unique_ptr<DrivenProcess> program;
+std::map<std::wstring, std::unique_ptr<testing::RegisteredInterface>> interfaces;
 
 DrivenProcess& Program() {
   if (!program) throw std::runtime_error("the program has not been started");
@@ -190,6 +192,17 @@ Fields Accessible(const Fields& arguments) {
   return {texts.name, texts.description};
 }
 
+/// Registers an interface of the class of the virtual ports.
+Fields Plug(const Fields& arguments) {
+  interfaces[arguments.at(1)] = std::make_unique<testing::RegisteredInterface>(arguments.at(1));
+  return {};
+}
+
+Fields Unplug(const Fields& arguments) {
+  interfaces.erase(arguments.at(1));
+  return {};
+}
+
 const std::map<std::wstring, std::function<Fields(const Fields&)>> kCommands = {
     {L"start", Start},
     {L"exit-code", ExitCode},
@@ -215,6 +228,8 @@ const std::map<std::wstring, std::function<Fields(const Fields&)>> kCommands = {
     {L"text-length", TextLength},
     {L"accessible", Accessible},
     {L"foreground", Foreground},
+    {L"plug", Plug},
+    {L"unplug", Unplug},
 };
 
 Fields Answer(const Fields& command) {
@@ -242,5 +257,6 @@ int main() {
   CoInitialize(nullptr);
   qlx::driver::Serve();
   qlx::driver::program.reset();
+  qlx::driver::interfaces.clear();
   CoUninitialize();
 }

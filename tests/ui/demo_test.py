@@ -8,7 +8,7 @@ import unittest
 
 from devices import Ports
 from ports_test import CLEAR_ALL, DEMO, LIST, ports_file
-from simulator import Simulator
+from services import Services
 from driven_tool import click_at, xdotool
 from tool import Tool
 from waiting import wait_for
@@ -284,15 +284,12 @@ class AfterAChange(DemoCase):
         super().setUp()
         self.start_window_manager()  # a window that opens by itself gets the focus from nobody else
 
-    def simulate(self, *options):
-        self.installation.write(ports_file(ELEMENTS))  # without a file the suite would take the default log port
-        simulator = Simulator(self.installation.file, *options)
-        self.addCleanup(simulator.close)
-        return simulator
-
-    def open_changed(self, simulator):
+    def open_changed(self, **behaviour):
         """The program with a saved change, asked for the demo of the card reader."""
-        tool = self.open_tool(simulator.environment)
+        self.installation.write(ports_file(ELEMENTS))  # without a file the suite would take the default log port
+        self.services = Services(self.installation, **behaviour)
+        self.addCleanup(self.services.close)
+        tool = self.open_tool(self.services.environment)
         tool.click(1027)
         tool.answer("OK", "Ports settings saved.")
         tool.select(LIST, MSR)
@@ -300,15 +297,14 @@ class AfterAChange(DemoCase):
         return tool
 
     def test_no_runs_no_demo_and_asks_again(self):
-        simulator = self.simulate()
-        tool = self.open_changed(simulator)
+        tool = self.open_changed()
         tool.answer("No", DEMO_QUESTION)
         tool.double_click(LIST, MSR)
         tool.answer("No", DEMO_QUESTION)
-        self.assertEqual([line for line in simulator.said() if "stop" in line.lower()], [])
+        self.assertEqual(self.services.stops(), [])
 
     def test_yes_restarts_the_services_and_opens_the_demo(self):
-        tool = self.open_changed(self.simulate())
+        tool = self.open_changed()
         tool.answer("Yes", DEMO_QUESTION)
         tool.answer("OK", "Quillon services restarted.\n")
         tool.active_window("MSR Demo")
@@ -322,7 +318,7 @@ class AfterAChange(DemoCase):
         self.assert_closed_cleanly(tool)
 
     def test_a_failed_restart_opens_no_demo_and_the_page_goes_on(self):
-        tool = self.open_changed(self.simulate("--refuse-stop", "QLXSVC"))
+        tool = self.open_changed(refuses_to_stop="QLXSVC")
         tool.answer("Yes", DEMO_QUESTION)
         self.assertRegex(tool.box_text(), r"^Stop QLX Service GetLastError = \d+$")
         tool.answer("OK")
@@ -335,13 +331,14 @@ class AfterAChange(DemoCase):
         self.assertEqual(tool.wait(), 0)
 
     def test_during_the_restart_the_tabs_are_grey_and_the_window_stays_open(self):
-        tool = self.open_changed(self.simulate("--stop-takes", "1500"))
+        tool = self.open_changed(slow_to_stop="QLXSVC")
         tool.answer("Yes", DEMO_QUESTION)
         tool.window("Restarting services...")
         self.assertFalse(tool.enabled(1000) or tool.enabled(DEMO) or tool.enabled(CLEAR_ALL))
         before = self.installation.bytes()
         xdotool("key", "Escape")
         tool.click(1031)
+        self.services.let_go()
         tool.answer("OK", "Quillon services restarted.\n")
         tool.active_window("MSR Demo")
         self.assertEqual(self.installation.bytes(), before, "Apply All does nothing meanwhile")
