@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "platform/tcp_socket.h"
-#include "tests/platform/LoopbackListener.h"
+#include "tests/support/LoopbackListener.h"
 
 namespace {
 
@@ -55,7 +55,7 @@ TEST_F(SelfConnection, TheServiceCanHaveThePortAfterwards) {
   ConnectToItself(port);
   socket_->Close();
   const int service = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const sockaddr_in address = test::LoopbackListener::Address(port);
+  const sockaddr_in address = {AF_INET, htons(port), {htonl(kLoopback)}, {}};
   EXPECT_EQ(bind(service, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
   close(service);
 }

@@ -17,7 +17,8 @@ import pyatspi  # noqa: E402
 from devices import TREE, Ports  # noqa: E402
 from ports_test import CONFIGURE, DEMO, LIST, ports_file  # noqa: E402
 from simulator import Simulator  # noqa: E402
-from tool import Tool, descendants, showing, wait_for  # noqa: E402
+from tool import Tool, descendants, showing  # noqa: E402
+from waiting import wait_for  # noqa: E402
 from window_case import WindowCase, complete_file, free_port  # noqa: E402
 
 PAGES = ["COM Ports", "Logging", "MSR", "iButton", "Printer"]
