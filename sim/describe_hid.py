@@ -55,27 +55,38 @@ def collection(usage_text):
     return f"06{number(page)}0A{number(usage)}A101150026FF00750895400901{nested}8102C0"
 
 
-def describe(index, line):
+def device(line):
+    """What a line says, by the names in TEMPLATE."""
     vendor_text, product_text, usages, serial, name = shlex.split(line)
     vendor, product = int(vendor_text, 16), int(product_text, 16)
     serial, name = ("" if text == "-" else text for text in (serial, name))
-    texts = "".join(f"A: {key}={text}\n" for key, text in (("product", name), ("serial", serial)) if text)
+    return {
+        "vendor": vendor,
+        "product": product,
+        "serial": serial,
+        "name": name,
+        "descriptor": "".join(map(collection, usages.split(","))),
+    }
+
+
+def devices(lines):
+    return [device(line) for line in lines if line.strip() and not line.startswith("#")]
+
+
+def describe(index, values):
+    named = (("product", values["name"]), ("serial", values["serial"]))
     return TEMPLATE.format(
         number=index + 1,
         index=index,
-        hid=f"0003:{vendor:04X}:{product:04X}.{index + 1:04X}",
-        vendor=vendor,
-        product=product,
-        texts=texts,
-        serial=serial,
-        name=name,
-        descriptor="".join(map(collection, usages.split(","))),
+        hid=f"0003:{values['vendor']:04X}:{values['product']:04X}.{index + 1:04X}",
+        texts="".join(f"A: {key}={text}\n" for key, text in named if text),
+        **values,
     )
 
 
 def main():
-    lines = [line for line in fileinput.input(encoding="utf-8") if line.strip() and not line.startswith("#")]
-    print("\n".join(describe(index, line) for index, line in enumerate(lines)))
+    with fileinput.input(encoding="utf-8") as lines:
+        print("\n".join(describe(index, values) for index, values in enumerate(devices(lines))))
 
 
 if __name__ == "__main__":
