@@ -1,15 +1,15 @@
-// The query on a real tty, with the test as the printer.
+// The query on a virtual port, with the test as the printer.
 #include "pages/PrinterQuery.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <random>
 #include <semaphore>
 #include <thread>
 
 #include <gmock/gmock.h>
 
-#include "tests/support/linux/VirtualPort.h"
+#include "VirtualPort.h"
+#include "thread_count.h"
 
 namespace qlx {
 namespace {
@@ -17,6 +17,7 @@ namespace {
 using namespace std::string_literals;
 using ::testing::ElementsAre;
 using testing::PortDirectory;
+using testing::ThreadCount;
 using testing::VirtualPort;
 
 constexpr char kInformation[] = "\x1D\x49\x01";
@@ -165,15 +166,11 @@ TEST_F(Query, RandomBlocksOfEverySizeAreTaken) {
   EXPECT_LE(settings_.code_page().items.size(), 10'000U);
 }
 
-std::size_t Threads() {
-  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}));
-}
-
 TEST_F(Query, APrinterThatIsUnpluggedAHundredTimesLeavesNothingBehind) {
   Load(L"1", L"0");
   printer_.Unplug();
   std::thread([] {}).join();  // a sanitizer's own thread begins with the first of ours
-  const std::size_t threads = Threads();
+  const std::size_t threads = ThreadCount();
   for (int cycle = 0; cycle < 100; ++cycle) {
     VirtualPort printer(directory_, "COM8");
     ASSERT_TRUE(query_.Open());
@@ -184,7 +181,7 @@ TEST_F(Query, APrinterThatIsUnpluggedAHundredTimesLeavesNothingBehind) {
     query_.TakeAnswers();
     query_.Close();
   }
-  EXPECT_EQ(Threads(), threads);
+  EXPECT_EQ(ThreadCount(), threads);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "tests/support/recorded_writes.h"
+#include "tests/support/linux/recorded_writes.h"
 
 #include <mutex>
 
