@@ -9,6 +9,7 @@ namespace {
 constexpr std::size_t kFileHeader = 14;
 constexpr std::size_t kOffsetAt = 10;  // where the pixels begin
 constexpr std::size_t kInfoSizeAt = kFileHeader;
+constexpr std::size_t kWidthAt = kFileHeader + 4;
 constexpr std::size_t kCompressionAt = kFileHeader + 16;
 constexpr std::size_t kColoursUsedAt = kFileHeader + 32;
 
@@ -50,6 +51,19 @@ std::optional<std::size_t> TableSize(std::span<const std::uint8_t> bytes, std::u
   return std::size_t{used == 0 ? most : used} * 4;
 }
 
+/// The old header has neither signs nor compression.
+void ReadSize(std::uint32_t info, BmpHeader& header) {
+  const auto& bytes = header.bytes;
+  if (info == kCoreHeader) {
+    header.width = LittleEndian(bytes, kWidthAt, 2);
+    header.height = LittleEndian(bytes, kWidthAt + 2, 2);
+    return;
+  }
+  header.width = static_cast<std::int32_t>(LittleEndian(bytes, kWidthAt, 4));
+  header.height = static_cast<std::int32_t>(LittleEndian(bytes, kWidthAt + 4, 4));
+  header.compression = LittleEndian(bytes, kCompressionAt, 4);
+}
+
 }  // namespace
 
 std::optional<BmpHeader> ReadBmpHeader(PictureBytes& file) {
@@ -63,6 +77,8 @@ std::optional<BmpHeader> ReadBmpHeader(PictureBytes& file) {
   const std::uint32_t bits = LittleEndian(bytes, kFileHeader + (info == kCoreHeader ? 10 : 14), 2);
   if (std::ranges::find(kDepths, bits) == std::end(kDepths)) return std::nullopt;
   header.bits_per_pixel = static_cast<int>(bits);
+  ReadSize(info, header);
+  header.table_at = bytes.size();
   const auto table = TableSize(bytes, info, bits);
   if (!table || !Append(file, *table, bytes)) return std::nullopt;
 

@@ -23,6 +23,11 @@ constexpr bool IsSizeAllowed(std::int64_t width, std::int64_t height) {
   return width > 0 && height > 0 && width <= kMost && height <= kMost / width;
 }
 
+/// A sample of opacity `alpha` on white; both 0 to 255.
+constexpr std::uint8_t OnWhite(unsigned sample, unsigned alpha) {
+  return static_cast<std::uint8_t>((sample * alpha + 255 * (255 - alpha) + 127) / 255);
+}
+
 /// Rows without a gap, their bytes not set; empty when the size is not allowed or there is no memory.
 std::optional<RgbImage> NewImage(std::int64_t width, std::int64_t height);
 

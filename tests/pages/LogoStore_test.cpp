@@ -53,8 +53,8 @@ class LogoStoreTest : public LogoTestbed {
     Put("data/1.bmp");
     Put("data/3.bmp");
     Open("<MZP><Printer_Configuration><Printer_Logo Timestamp='00'><Logo Slot='1' Station='0'>" +
-         (root_ / "data/1.bmp").native() + "</Logo><Logo Slot='3' Station='1'>" +
-         (root_ / "data/3.bmp").native() + "</Logo></Printer_Logo></Printer_Configuration></MZP>");
+         (root_ / "data" / "1.bmp").string() + "</Logo><Logo Slot='3' Station='1'>" +
+         (root_ / "data" / "3.bmp").string() + "</Logo></Printer_Logo></Printer_Configuration></MZP>");
     store_.Load(*document_);
   }
 
@@ -338,11 +338,11 @@ TEST_F(LogoStoreTest, EndsWhenNothingIsLeftOfAFittedPicture) {
 }
 
 TEST_F(LogoStoreTest, EndsWhenABitmapCannotBeSaved) {
-  data_directory_ = (root_ / "nowhere/").wstring();
+  data_directory_ = Folder("nowhere");
   Add(0, Picture(L"a.jpg", {64, 64}));
   EXPECT_EQ(EndOfWrite(), "Error saving image!\nExiting program.");
   EXPECT_THAT(log_, ElementsAre("PRINTERDialog::SetXmlDataForLogo - Error saving image",
-                                StartsWith("PRINTERDialog::SetXmlDataForLogo - " + root_.native())));
+                                StartsWith("PRINTERDialog::SetXmlDataForLogo - " + root_.string())));
 }
 
 TEST_F(LogoStoreTest, AFailureKeepsWhatIsSavedAndDeletesNothing) {

@@ -20,6 +20,7 @@
 #include "pages/logo_image.h"
 #include "platform/directories.h"
 #include "platform/text.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace qlx {
 
@@ -38,14 +39,16 @@ class LogoTestbed : public ::testing::Test {
       "<MZP><Printer_Configuration><Code_Page>1</Code_Page></Printer_Configuration></MZP>";
 
   LogoTestbed() {
-    std::string name = (std::filesystem::temp_directory_path() / "qlx-logos-XXXXXX").native();
-    root_ = mkdtemp(name.data());
     std::filesystem::create_directories(root_ / "data");
     std::filesystem::create_directories(root_ / "tmp");
-    data_directory_ = (root_ / "data/").wstring();
+    data_directory_ = Folder("data");
     Open(kDefault);
   }
-  ~LogoTestbed() override { std::filesystem::remove_all(root_); }
+
+  /// The folder `name` with a separator at its end.
+  std::wstring Folder(const std::string& name) const {
+    return (root_ / name / "").make_preferred().wstring();
+  }
 
   /// Puts `content` into the configuration file and opens it.
   void Open(const std::string& content) {
@@ -65,7 +68,7 @@ class LogoTestbed : public ::testing::Test {
       return !stuck_.contains(removed_.back()) && platform::RemoveFile(path);
     };
     system.data_directory = [this] { return data_directory_; };
-    system.temporary_directory = (root_ / "tmp/").wstring();
+    system.temporary_directory = Folder("tmp");
     system.now = [] { return platform::WallTime{1'600'000'000, 250}; };
     system.log_error = [this](const std::string& line) { log_.push_back(line); };
     return system;
@@ -91,13 +94,14 @@ class LogoTestbed : public ::testing::Test {
   std::vector<std::string> Names(const std::string& name) const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(root_ / name)) {
-      names.push_back(entry.path().filename());
+      names.push_back(entry.path().filename().string());
     }
     std::ranges::sort(names);
     return names;
   }
 
-  std::filesystem::path root_;
+  test::TemporaryDirectory directory_;
+  std::filesystem::path root_ = directory_.path();
   std::unique_ptr<ConfigDocument> document_;
   std::optional<std::wstring> data_directory_;
   std::vector<std::wstring> decoded_;

@@ -36,7 +36,7 @@ TEST_F(WorkingCopiesTest, HoldTheWholeOfASmallerPicture) {
 
 TEST_F(WorkingCopiesTest, BearTheNameOfThePicture) {
   EXPECT_EQ(Make(Picture(L"/srv/pictures/summer sale.v2.JPG", {9, 9})),
-            (root_ / "tmp/logos/summer sale.v2.bmp").wstring());
+            (root_ / "tmp" / "logos" / "summer sale.v2.bmp").wstring());
 }
 
 TEST_F(WorkingCopiesTest, OfTwoPicturesOfOneNameAreTwo) {
@@ -52,7 +52,7 @@ TEST_F(WorkingCopiesTest, HaveAShortNameForALongOne) {
 }
 
 TEST_F(WorkingCopiesTest, ReplaceWhatACrashLeft) {
-  ASSERT_TRUE(platform::MakePrivateDirectory((root_ / "tmp/logos").wstring()));
+  ASSERT_TRUE(platform::MakePrivateDirectory((root_ / "tmp" / "logos").wstring()));
   Put("tmp/logos/a.bmp");
   Make(Picture(L"a.jpg", {9, 9}));
   EXPECT_EQ(Content("tmp/logos/a.bmp"), "9x9 255");
@@ -123,8 +123,8 @@ class TruncatedLogo : public LogoTestbed {
 
 TEST_F(TruncatedLogo, IsAWorkingCopyForItsStation) {
   Add(3);
-  EXPECT_THAT(store_.records(),
-              ElementsAre(LogoRecord{1, (root_ / "tmp/logos/a.bmp").wstring(), Station::kDocumentInsert}));
+  EXPECT_THAT(store_.records(), ElementsAre(LogoRecord{1, (root_ / "tmp" / "logos" / "a.bmp").wstring(),
+                                                       Station::kDocumentInsert}));
   EXPECT_EQ(Content("tmp/logos/a.bmp"), "472x40 255");
 }
 

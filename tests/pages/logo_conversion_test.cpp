@@ -1,5 +1,4 @@
-// The store on the system itself: real picture files, the settings file, the temporary directory.
-#include <cstdlib>
+// The store with real picture files.
 #include <thread>
 
 #include "pages/LogoStore.h"
@@ -11,7 +10,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::Pixels;
 
 constexpr std::uint32_t kWhite = 0xFFFFFF;
 constexpr std::uint32_t kGreyTone = 0xC8C8C8;
@@ -20,22 +18,10 @@ constexpr std::uint32_t kRed = 0xFF0000;
 class LogoConversion : public LogoTestbed {
  protected:
   LogoConversion() {
-    const std::filesystem::path settings = root_ / "quillon.conf";
-    std::ofstream(settings) << "Directory=" << root_.native() << "\n";
-    std::filesystem::create_directory(root_ / "DAT");
-    setenv("QUILLON_SETTINGS", settings.c_str(), 1);
-    setenv("TMPDIR", (root_ / "tmp").c_str(), 1);
-    LogoSystem system = ThisLogoSystem();
-    system.log_error = [this](const std::string& line) { log_.push_back(line); };
+    LogoSystem system = System();
+    system.decode = platform::DecodeImageFile;
+    system.encode = platform::EncodeBmp;
     store_ = std::make_unique<LogoStore>(std::move(system));
-  }
-  ~LogoConversion() override {
-    unsetenv("QUILLON_SETTINGS");
-    unsetenv("TMPDIR");
-  }
-
-  static Pixels Square(std::size_t side, std::uint32_t colour) {
-    return Pixels(side, std::vector<std::uint32_t>(side, colour));
   }
 
   void Add(const std::string& bytes, int encode_choice = 0) {
@@ -54,7 +40,7 @@ class LogoConversion : public LogoTestbed {
   Printed PrintedFrom(const std::string& bytes, int encode_choice = 0) {
     Add(bytes, encode_choice);
     Write();
-    const auto bitmap = platform::DecodeImageFile((root_ / "DAT/1.bmp").wstring());
+    const auto bitmap = platform::DecodeImageFile((root_ / "data/1.bmp").wstring());
     if (!bitmap || bitmap->bits_per_pixel != 24) return {};
     const auto row = bitmap->image.Row(0);
     return {{bitmap->image.width, bitmap->image.height},
@@ -75,65 +61,53 @@ class LogoConversion : public LogoTestbed {
 };
 
 TEST_F(LogoConversion, AWhiteJpegBecomesUniformGrey) {
-  EXPECT_EQ(PrintedFrom(testing::Jpeg(Square(100, kWhite)), 2), (Printed{{64, 40}, kGreyTone}));
+  EXPECT_EQ(PrintedFrom(test::PictureFile("white.jpg"), 2), (Printed{{64, 40}, kGreyTone}));
 }
 
 TEST_F(LogoConversion, AWhiteTrueColourBitmapBecomesUniformGrey) {
-  EXPECT_EQ(PrintedFrom(testing::Bmp{.pixels = std::string(16, '\xFF')}.Bytes()),
-            (Printed{{32, 8}, kGreyTone}));
+  EXPECT_EQ(PrintedFrom(test::Bmp{.pixels = std::string(16, '\xFF')}.Bytes()), (Printed{{32, 8}, kGreyTone}));
 }
 
 TEST_F(LogoConversion, AGifKeepsItsColours) {
-  EXPECT_EQ(PrintedFrom(testing::Gif().Bytes()), (Printed{{32, 8}, kRed}));
+  EXPECT_EQ(PrintedFrom(test::Gif().Bytes()), (Printed{{32, 8}, kRed}));
 }
 
 TEST_F(LogoConversion, APaletteBitmapKeepsItsColours) {
-  const testing::Bmp bitmap{
-      .bits = 8, .colours_used = 4, .table = testing::FourColours(), .pixels = std::string(8, '\0')};
+  const test::Bmp bitmap{
+      .bits = 8, .colours_used = 4, .table = test::FourColours(), .pixels = std::string(8, '\0')};
   EXPECT_EQ(PrintedFrom(bitmap.Bytes()), (Printed{{32, 8}, kRed}));
 }
 
 TEST_F(LogoConversion, AGreyJpegKeepsItsShades) {
-  EXPECT_EQ(PrintedFrom(testing::Jpeg(Square(32, kWhite), {.grey = true})), (Printed{{32, 32}, kWhite}));
+  EXPECT_EQ(PrintedFrom(test::PictureFile("white_grey.jpg")), (Printed{{32, 32}, kWhite}));
 }
 
 TEST_F(LogoConversion, ATruncatedLogoIsCutBeforeItIsConverted) {
-  EXPECT_EQ(PrintedFrom(testing::Jpeg(Square(1000, kWhite)), 3), (Printed{{472, 40}, kGreyTone}));
+  EXPECT_EQ(PrintedFrom(test::PictureFile("white_wide.jpg"), 3), (Printed{{472, 40}, kGreyTone}));
   EXPECT_THAT(Names("tmp/logos"), ElementsAre("picture.bmp"));
   store_->DeleteTempImages(ThrowEnded);
   EXPECT_THAT(Names("tmp/logos"), IsEmpty());
 }
 
-TEST_F(LogoConversion, ListsTheFileInTheDirectoryOfTheSettings) {
-  PrintedFrom(testing::Gif().Bytes());
-  EXPECT_THAT(store_->records(),
-              ElementsAre(LogoRecord{1, (root_ / "DAT/1.bmp").wstring(), Station::kCustomerReceipt}));
-}
-
 TEST_F(LogoConversion, WorksOnAWorkerThreadToo) {
-  Add(testing::Gif().Bytes());
+  Add(test::Gif().Bytes());
   std::jthread([this] { Write(); }).join();
-  EXPECT_THAT(Names("DAT"), ElementsAre("1.bmp"));
+  EXPECT_THAT(Names("data"), ElementsAre("1.bmp"));
 }
 
 TEST_F(LogoConversion, APictureThatWasCutShortCannotBeLoaded) {
-  const std::string whole = testing::Jpeg(Square(64, kRed));
+  const std::string whole = test::PictureFile("red.jpg");
   EXPECT_EQ(EndFor(whole.substr(0, whole.size() / 2)), "Error loading image!\nExiting program.");
 }
 
 TEST_F(LogoConversion, APictureThatClaimsTooManyPixelsCannotBeLoaded) {
-  EXPECT_EQ(EndFor(testing::Bmp{.width = 60'000, .height = 60'000}.Bytes()),
+  EXPECT_EQ(EndFor(test::Bmp{.width = 60'000, .height = 60'000}.Bytes()),
             "Error loading image!\nExiting program.");
 }
 
 TEST_F(LogoConversion, NothingIsLeftOfAThread) {
-  const testing::Bmp thread{.width = 10'000, .height = 1, .pixels = std::string(30'000, '\0')};
+  const test::Bmp thread{.width = 10'000, .height = 1, .pixels = std::string(30'000, '\0')};
   EXPECT_EQ(EndFor(thread.Bytes()), "Error creating CImage!\nExiting program.");
-}
-
-TEST_F(LogoConversion, ASettingThatCannotBeUsedIsNoDataDirectory) {
-  Put("quillon.conf", "Directory=here");
-  EXPECT_EQ(EndFor(testing::Gif().Bytes()), "Error getting DAT directory!\nExiting program.");
 }
 
 }  // namespace

@@ -74,9 +74,9 @@ RgbImage Dithered(RgbImage image) {
 // --- FitSize ---
 
 /// The rule in its own words, in floating-point-free long arithmetic.
-PixelSize FitByTheRule(long w, long h, long most_w, long most_h) {
-  long nw = 0;
-  long nh = 0;
+PixelSize FitByTheRule(std::int64_t w, std::int64_t h, std::int64_t most_w, std::int64_t most_h) {
+  std::int64_t nw = 0;
+  std::int64_t nh = 0;
   if (h < w) {
     nw = w < most_w ? w : most_w;
     nh = h * nw / w;

@@ -4,30 +4,19 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "platform/image_file.h"
 #include "tests/platform/pictures.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace qlx::platform {
 
 class PictureTest : public ::testing::Test {
- public:
-  PictureTest(const PictureTest&) = delete;
-  PictureTest& operator=(const PictureTest&) = delete;
-
  protected:
-  PictureTest() {
-    std::string name = std::filesystem::temp_directory_path() / "qlx-picture-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
-    directory_ = name;
-  }
-  ~PictureTest() override { std::filesystem::remove_all(directory_); }
-
-  std::filesystem::path Path(const std::string& name = "picture") const { return directory_ / name; }
+  std::filesystem::path Path(const std::string& name = "picture") const { return directory_.path() / name; }
   void Write(const std::string& bytes, const std::string& name = "picture") const {
     std::ofstream(Path(name), std::ios::binary) << bytes;
   }
@@ -37,8 +26,8 @@ class PictureTest : public ::testing::Test {
   }
 
   /// No rows when there is no picture.
-  static testing::Pixels PixelsOf(const std::optional<DecodedImage>& decoded) {
-    testing::Pixels pixels;
+  static test::Pixels PixelsOf(const std::optional<DecodedImage>& decoded) {
+    test::Pixels pixels;
     for (int y = 0; decoded && y < decoded->image.height; ++y) {
       const auto row = decoded->image.Row(y);
       auto& out = pixels.emplace_back();
@@ -48,14 +37,14 @@ class PictureTest : public ::testing::Test {
     }
     return pixels;
   }
-  testing::Pixels PixelsOf(const std::string& bytes) const { return PixelsOf(Decoded(bytes)); }
+  test::Pixels PixelsOf(const std::string& bytes) const { return PixelsOf(Decoded(bytes)); }
   /// 0 when there is no picture.
   int DepthOf(const std::string& bytes) const {
     const auto decoded = Decoded(bytes);
     return decoded ? decoded->bits_per_pixel : 0;
   }
 
-  std::filesystem::path directory_;
+  test::TemporaryDirectory directory_;
 };
 
 }  // namespace qlx::platform

@@ -1,90 +1,93 @@
 #include "tests/platform/pictures.h"
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
+#include <bit>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
-#include <utility>
 
-#include <gif_lib.h>
-#include <jpeglib.h>
-
-namespace qlx::testing {
+namespace qlx::test {
 namespace {
 
-std::array<std::uint8_t, 3> Channels(std::uint32_t pixel) {
-  return {static_cast<std::uint8_t>(pixel >> 16), static_cast<std::uint8_t>(pixel >> 8),
-          static_cast<std::uint8_t>(pixel)};
+constexpr char kAllColoursDeep = '\x70';
+constexpr char kHasPalette = '\x80';
+constexpr char kInterlaced = '\x40';
+
+/// The bits of a colour's index.
+int BitsOf(const std::vector<std::uint32_t>& palette) {
+  return std::max(1, static_cast<int>(std::bit_width(palette.size() - 1)));
 }
 
-std::vector<JSAMPLE> Samples(const std::vector<std::uint32_t>& row, const JpegOptions& options) {
-  std::vector<JSAMPLE> samples;
-  for (const std::uint32_t pixel : row) {
-    const auto channels = Channels(pixel);
-    samples.insert(samples.end(), channels.begin(), options.grey ? channels.begin() + 1 : channels.end());
-    if (options.inks) samples.push_back(0xFF);
+/// What a header says of its palette.
+std::string Flags(const std::vector<std::uint32_t>& palette, char more) {
+  const int flags = palette.empty() ? 0 : kHasPalette | (BitsOf(palette) - 1);
+  return {static_cast<char>(flags | more)};
+}
+
+std::string Table(const std::vector<std::uint32_t>& palette) {
+  std::string bytes;
+  for (const std::uint32_t colour : palette) {
+    for (const int shift : {16, 8, 0}) bytes += static_cast<char>(colour >> shift);
   }
-  return samples;
+  return bytes;
 }
 
-/// A GIF in the making; every call that fails ends the test.
-class GifWriter {
+/// Pixels as codes of one length: the table is cleared before it makes them longer.
+class GifData {
  public:
-  GifWriter() : gif_(EGifOpen(&bytes_, Append, nullptr)) { EGifSetGifVersion(gif_, true); }
-  GifWriter(const GifWriter&) = delete;
-  GifWriter& operator=(const GifWriter&) = delete;
-  ~GifWriter() { EGifCloseFile(gif_, nullptr); }
+  explicit GifData(int code_size) : code_size_(code_size), clear_(1U << code_size) { Put(clear_); }
 
-  GifFileType* gif() { return gif_; }
-
-  static void Check(int result) {
-    if (result == GIF_ERROR) throw std::runtime_error("the encoder refuses");
-  }
-  static ColorMapObject* Table(const std::vector<std::uint32_t>& palette) {
-    if (palette.empty()) return nullptr;
-    ColorMapObject* const table = GifMakeMapObject(static_cast<int>(palette.size()), nullptr);
-    for (std::size_t i = 0; i < palette.size(); ++i) {
-      const auto channels = Channels(palette[i]);
-      table->Colors[i] = {channels[0], channels[1], channels[2]};
+  void PutPixel(unsigned index) {
+    if (since_clear_++ == clear_ - 2) {
+      Put(clear_);
+      since_clear_ = 1;
     }
-    return table;
+    Put(index);
   }
-  void PutFrame(const GifFrame& frame) {
-    if (frame.transparent >= 0) {
-      const std::array<std::uint8_t, 4> control = {1, 0, 0, static_cast<std::uint8_t>(frame.transparent)};
-      Check(EGifPutExtension(gif_, GRAPHICS_EXT_FUNC_CODE, 4, control.data()));
-    }
-    const int width = static_cast<int>(frame.rows.front().size());
-    const int height = static_cast<int>(frame.rows.size());
-    ColorMapObject* const table = Table(frame.palette);
-    Check(EGifPutImageDesc(gif_, frame.left, frame.top, width, height, frame.interlaced, table));
-    GifFreeMapObject(table);
-    for (const auto& [first, step] : frame.interlaced ? kInterlaced : kPlain) {
-      for (int y = first; y < height; y += step) PutRow(frame.rows[static_cast<std::size_t>(y)]);
-    }
-  }
+  /// In blocks, each with its size in front.
   std::string Finish() {
-    Check(EGifCloseFile(std::exchange(gif_, nullptr), nullptr));
-    return bytes_;
+    Put(clear_ + 1);
+    if (bit_count_ > 0) codes_ += static_cast<char>(bits_);
+    std::string bytes(1, static_cast<char>(code_size_));
+    for (std::size_t at = 0; at < codes_.size(); at += 255) {
+      const std::string block = codes_.substr(at, 255);
+      bytes += static_cast<char>(block.size()) + block;
+    }
+    return bytes + std::string(1, '\0');
   }
 
  private:
-  using Passes = std::vector<std::pair<int, int>>;
-  static inline const Passes kInterlaced = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
-  static inline const Passes kPlain = {{0, 1}};
-
-  void PutRow(std::string row) {
-    for (char& digit : row) digit = static_cast<char>(digit - '0');
-    Check(EGifPutLine(gif_, reinterpret_cast<GifPixelType*>(row.data()), static_cast<int>(row.size())));
-  }
-  static int Append(GifFileType* gif, const GifByteType* bytes, int count) {
-    static_cast<std::string*>(gif->UserData)->append(bytes, bytes + count);
-    return count;
+  void Put(unsigned code) {
+    bits_ |= code << bit_count_;
+    for (bit_count_ += code_size_ + 1; bit_count_ >= 8; bit_count_ -= 8, bits_ >>= 8) {
+      codes_ += static_cast<char>(bits_);
+    }
   }
 
-  std::string bytes_;
-  GifFileType* gif_;
+  const int code_size_;
+  const unsigned clear_;
+  unsigned since_clear_ = 0;
+  std::uint32_t bits_ = 0;
+  int bit_count_ = 0;
+  std::string codes_;
 };
+
+std::string FrameBytes(const GifFrame& frame, const std::vector<std::uint32_t>& palette) {
+  using Passes = std::vector<std::pair<std::size_t, std::size_t>>;
+  static const Passes kInPasses = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
+  static const Passes kPlain = {{0, 1}};
+  GifData data(std::max(2, BitsOf(palette)));
+  for (const auto& [first, step] : frame.interlaced ? kInPasses : kPlain) {
+    for (std::size_t y = first; y < frame.rows.size(); y += step) {
+      for (const char pixel : frame.rows[y]) data.PutPixel(static_cast<unsigned char>(pixel - '0'));
+    }
+  }
+  std::string bytes;
+  if (frame.transparent >= 0) bytes = FromHex("21F9 04 010000") + static_cast<char>(frame.transparent) + '\0';
+  return bytes + "," + LittleEndian(frame.left, 2) + LittleEndian(frame.top, 2) +
+         LittleEndian(static_cast<std::uint32_t>(frame.rows.front().size()), 2) +
+         LittleEndian(static_cast<std::uint32_t>(frame.rows.size()), 2) +
+         Flags(frame.palette, frame.interlaced ? kInterlaced : '\0') + Table(frame.palette) + data.Finish();
+}
 
 }  // namespace
 
@@ -124,45 +127,19 @@ std::string FourColours() {
   return FromHex("0000FF00 00FF0000 FF000000 FFFFFF00");
 }
 
-std::string Jpeg(const Pixels& pixels, const JpegOptions& options) {
-  jpeg_compress_struct info{};
-  jpeg_error_mgr errors{};
-  info.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&info);
-  unsigned char* memory = nullptr;
-  unsigned long size = 0;
-  jpeg_mem_dest(&info, &memory, &size);
-  info.image_width = static_cast<JDIMENSION>(pixels.front().size());
-  info.image_height = static_cast<JDIMENSION>(pixels.size());
-  info.input_components = options.grey ? 1 : options.inks ? 4 : 3;
-  info.in_color_space = options.grey ? JCS_GRAYSCALE : options.inks ? JCS_CMYK : JCS_RGB;
-  jpeg_set_defaults(&info);
-  jpeg_set_quality(&info, 100, TRUE);
-  for (int i = 0; i < info.num_components; ++i) {
-    info.comp_info[i].h_samp_factor = 1;
-    info.comp_info[i].v_samp_factor = 1;
-  }
-  if (options.progressive) jpeg_simple_progression(&info);
-  jpeg_start_compress(&info, TRUE);
-  for (const auto& row : pixels) {
-    auto samples = Samples(row, options);
-    JSAMPROW line = samples.data();
-    jpeg_write_scanlines(&info, &line, 1);
-  }
-  jpeg_finish_compress(&info);
-  std::string bytes(memory, memory + size);
-  jpeg_destroy_compress(&info);
-  std::free(memory);
-  return bytes;
+std::string PictureFile(const std::string& name) {
+  std::ifstream file(std::string(QLX_PICTURES) + "/" + name, std::ios::binary);
+  if (!file) throw std::runtime_error("there is no picture " + name);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::string Gif::Bytes() const {
-  GifWriter writer;
-  ColorMapObject* const table = GifWriter::Table(palette);
-  GifWriter::Check(EGifPutScreenDesc(writer.gif(), width, height, 8, 0, table));
-  GifFreeMapObject(table);
-  for (const GifFrame& frame : frames) writer.PutFrame(frame);
-  return writer.Finish();
+  std::string bytes = "GIF89a" + LittleEndian(width, 2) + LittleEndian(height, 2) +
+                      Flags(palette, kAllColoursDeep) + std::string(2, '\0') + Table(palette);
+  for (const GifFrame& frame : frames) {
+    bytes += FrameBytes(frame, frame.palette.empty() ? palette : frame.palette);
+  }
+  return bytes + ";";
 }
 
-}  // namespace qlx::testing
+}  // namespace qlx::test

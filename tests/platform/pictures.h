@@ -1,5 +1,5 @@
-// Picture files made on the spot. Bitmap files are put together field by field, so that a test can make any
-// of them lie; JPEG and GIF files come from their libraries' encoders.
+// Picture files, the same bytes on every platform. Bitmap and GIF files are put together field by field, so
+// that a test can make any of them lie; JPEG files are those in pictures/.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace qlx::testing {
+namespace qlx::test {
 
 /// Rows from the top, each pixel 0xRRGGBB.
 using Pixels = std::vector<std::vector<std::uint32_t>>;
@@ -36,29 +36,24 @@ struct Bmp {
 /// Four palette entries: red, green, blue, white.
 std::string FourColours();
 
-struct JpegOptions {
-  bool grey = false;
-  bool progressive = false;
-  bool inks = false;  ///< four inverted inks, made of the pixels with no black
-};
-/// Best quality, no subsampling.
-std::string Jpeg(const Pixels& pixels, const JpegOptions& options = {});
+/// The bytes of the file `name` in pictures/.
+std::string PictureFile(const std::string& name);
 
 struct GifFrame {
-  int left = 0;
-  int top = 0;
-  std::vector<std::string> rows;  ///< one digit for each pixel, its index
+  std::uint32_t left = 0;
+  std::uint32_t top = 0;
+  std::vector<std::string> rows;  ///< one character for each pixel: '0' and its index
   bool interlaced = false;
   int transparent = -1;
   std::vector<std::uint32_t> palette{};  ///< its own, a power of two of colours
 };
 struct Gif {
-  int width = 4;
-  int height = 4;
+  std::uint32_t width = 4;
+  std::uint32_t height = 4;
   std::vector<std::uint32_t> palette = {0xFF0000, 0x00FF00, 0x0000FF, 0xFFFFFF};  ///< none: no global one
   std::vector<GifFrame> frames = {{.rows = {"0123", "1230", "2301", "3012"}}};
 
   std::string Bytes() const;
 };
 
-}  // namespace qlx::testing
+}  // namespace qlx::test

@@ -48,9 +48,7 @@ void FlattenRow(std::uint8_t* row, int width) {
   const std::uint8_t* from = row;
   for (int x = 0; x < width; ++x, from += 4) {
     const unsigned alpha = from[3];
-    for (int channel = 0; channel < 3; ++channel) {
-      *row++ = static_cast<std::uint8_t>((from[channel] * alpha + 255 * (255 - alpha) + 127) / 255);
-    }
+    for (int channel = 0; channel < 3; ++channel) *row++ = OnWhite(from[channel], alpha);
   }
 }
 
