@@ -14,7 +14,6 @@
 namespace qlx {
 namespace {
 
-constexpr auto kSeparator = static_cast<wchar_t>(std::filesystem::path::preferred_separator);
 constexpr wchar_t kFolder[] = L"logos";
 constexpr wchar_t kSeparator = std::filesystem::path::preferred_separator;
 /// So that a number and an extension find room behind it in every file system.
