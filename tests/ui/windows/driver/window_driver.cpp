@@ -13,6 +13,7 @@
 
 #include "platform/text.h"
 #include "tests/platform/windows/RegisteredInterface.h"
+#include "tests/support/windows/InstalledService.h"
 #include "tests/ui/windows/driver/DrivenProcess.h"
 #include "tests/ui/windows/driver/line_protocol.h"
 #include "tests/ui/windows/driver/native_controls.h"
@@ -23,6 +24,7 @@ namespace {
 
 std::unique_ptr<DrivenProcess> program;
 std::map<std::wstring, std::unique_ptr<testing::RegisteredInterface>> interfaces;
+std::map<std::wstring, std::unique_ptr<test::InstalledService>> services;
 
 DrivenProcess& Program() {
   if (!program) throw std::runtime_error("the program has not been started");
@@ -203,6 +205,24 @@ Fields Unplug(const Fields& arguments) {
   return {};
 }
 
+/// Makes a service, NAME JOURNAL BEHAVIOUR, and starts it.
+Fields Install(const Fields& arguments) {
+  static const std::map<std::wstring, test::StubBehaviour> kBehaviours = {
+      {L"", test::StubBehaviour::kGood},
+      {L"refuses-to-stop", test::StubBehaviour::kRefusesToStop},
+      {L"hangs-stopping", test::StubBehaviour::kHangsStopping}};
+  const std::wstring& name = arguments.at(1);
+  services[name] =
+      std::make_unique<test::InstalledService>(name, arguments.at(2), kBehaviours.at(arguments.at(3)));
+  services[name]->Start();
+  return {};
+}
+
+Fields LetGo(const Fields& arguments) {
+  services.at(arguments.at(1))->LetGo();
+  return {};
+}
+
 const std::map<std::wstring, std::function<Fields(const Fields&)>> kCommands = {
     {L"start", Start},
     {L"exit-code", ExitCode},
@@ -230,6 +250,8 @@ const std::map<std::wstring, std::function<Fields(const Fields&)>> kCommands = {
     {L"foreground", Foreground},
     {L"plug", Plug},
     {L"unplug", Unplug},
+    {L"install", Install},
+    {L"let-go", LetGo},
 };
 
 Fields Answer(const Fields& command) {
@@ -258,5 +280,6 @@ int main() {
   qlx::driver::Serve();
   qlx::driver::program.reset();
   qlx::driver::interfaces.clear();
+  qlx::driver::services.clear();
   CoUninitialize();
 }
