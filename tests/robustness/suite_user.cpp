@@ -109,8 +109,8 @@ class SayingTarget final : public RestartTarget {
  public:
   void OnRestartProgress(int state) override { std::cout << "progress " << state << std::endl; }
 
-  void ShowRestartMessage(const std::wstring& text, RestartIcon) override {
-    std::string line = platform::ToUtf8(text);
+  void ShowRestartMessage(const Message& message, RestartIcon) override {
+    std::string line = platform::ToUtf8(InEnglish(message));
     for (char& c : line) {
       if (c == '\n') c = '|';
     }
