@@ -17,7 +17,8 @@ inline constexpr int kXmlAttributeLimit = 1000;
 /// Most elements, comments and attributes that a document may have in all.
 inline constexpr int kXmlNodeLimit = 500'000;
 
-/// A node of an XmlDom, owned by it: valid until the node is removed or the document parsed anew.
+/// A node of an XmlDom, owned by it: valid until the node is removed, the next Select or the document parsed
+/// anew.
 class XmlNode;
 
 /// Document object model of one document (XML 1.0). Used from one thread.
@@ -25,9 +26,9 @@ class XmlDom {
  public:
   virtual ~XmlDom() = default;
 
-  /// Replaces the document. False, and an empty document, when `bytes` are not well-formed: strict, nothing
-  /// is fetched, no external entity is read, no entity expanded without bound. Encodings: UTF-8, UTF-16 with
-  /// mark, declared 8-bit sets.
+  /// Replaces the document. False, and an empty document, when `bytes` are not well-formed: strict, as to
+  /// namespaces too, nothing is fetched, no external entity is read, no entity expanded without bound.
+  /// Encodings: UTF-8, UTF-16 with mark, declared 8-bit sets.
   virtual bool Parse(std::string_view bytes) = 0;
 
   /// The document in UTF-8 with a declaration, one element a line, indented.

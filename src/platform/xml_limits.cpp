@@ -68,9 +68,17 @@ std::optional<std::string> Declaration(const AsciiUnits& units) {
   return start.substr(0, end);
 }
 
+/// Of XML there are two versions, and the parsers read the first.
+bool IsFirstVersion(std::string_view declaration) {
+  const std::size_t key = declaration.find("version");
+  if (declaration.empty() || key == std::string_view::npos) return true;
+  const std::size_t open = declaration.find_first_of("\"'", key);
+  return open == std::string_view::npos || declaration.substr(open + 1).starts_with("1.0");
+}
+
 bool EncodingIsRead(const AsciiUnits& units) {
   const auto declaration = Declaration(units);
-  if (!declaration) return false;
+  if (!declaration || !IsFirstVersion(*declaration)) return false;
   const std::size_t key = declaration->find("encoding");
   if (key == std::string::npos) return true;
   if (declaration->find("encoding", key + 1) != std::string::npos) return false;
@@ -185,6 +193,7 @@ bool CountsAreWithinLimits(const AsciiUnits& units, Entities entities) {
 
 bool WithinXmlLimits(std::string_view bytes) {
   const AsciiUnits units(bytes);
+  if (units.wide() && bytes.size() % 2 != 0) return false;  // half a unit at the end
   if (!EncodingIsRead(units) || (!units.wide() && !IsSingleBytes(bytes))) return false;
   const Entities entities = DeclaredEntities(units);
   return entities != Entities::kParameter && CountsAreWithinLimits(units, entities);

@@ -19,6 +19,7 @@
 #include "config/save_error.h"
 #include "config/start_up.h"
 #include "platform/text.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace qlx {
 
@@ -48,14 +49,14 @@ struct Ended : std::runtime_error {
   explicit Ended(const std::wstring& message) : std::runtime_error(platform::ToUtf8(message)) {}
 };
 
+inline std::wstring Times(int count, std::wstring_view text) {
+  std::wstring all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
 class Installation : public testing::Test {
  protected:
-  Installation() {
-    std::string name = (std::filesystem::temp_directory_path() / "qlx-installation-XXXXXX").native();
-    directory_ = mkdtemp(name.data());
-  }
-  ~Installation() override { std::filesystem::remove_all(directory_); }
-
   std::filesystem::path Path(const std::string& suffix = {}) const {
     return directory_ / ("QLXConfig.xml" + suffix);
   }
@@ -98,12 +99,13 @@ class Installation : public testing::Test {
   std::vector<std::string> FileNames() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(directory_))
-      names.push_back(entry.path().filename().native());
+      names.push_back(entry.path().filename().string());
     std::ranges::sort(names);
     return names;
   }
 
-  std::filesystem::path directory_;
+  test::TemporaryDirectory temporary_;
+  std::filesystem::path directory_ = temporary_.path();
   std::vector<std::pair<std::wstring, std::wstring>> boxes_;
   KeptLines debug_output_;
 };

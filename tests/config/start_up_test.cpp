@@ -187,19 +187,6 @@ TEST_F(StartUp, TheFileStandsBesideTheProgram) {
             L"C:\\Program Files\\Harlune\\MZP\\BIN\\QLXConfig.xml");
 }
 
-TEST_F(StartUp, WithoutTheProgramsNameTheDefaultPathIsNeverCreatedWhereItNamesNoFixedPlace) {
-  const auto before = std::filesystem::current_path();
-  std::filesystem::current_path(directory_);
-  const auto document = Document();
-  EXPECT_THROW(StartUpLoad(*document, ProgramBeside(std::nullopt), debug_output_,
-                           [](const std::wstring& message) { throw Ended(message); }),
-               Ended);
-  std::filesystem::current_path(before);
-  EXPECT_TRUE(FileNames().empty());
-  EXPECT_FALSE(document->loaded());
-  EXPECT_EQ(debug_output_.lines.size(), 1U);
-}
-
 TEST_F(StartUp, AnEndThatReturnsReadsAndWritesNothingMore) {
   Write("<QLX/>");
   const auto document = Document();

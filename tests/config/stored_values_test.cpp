@@ -1,24 +1,7 @@
-// What a value is after a save and a load.
-#include "tests/config/Installation.h"
+#include "tests/config/StoredValues.h"
 
 namespace qlx {
 namespace {
-
-class StoredValues : public Installation {
- protected:
-  /// `value` as text and as attribute after `times` saves and loads.
-  ConfigNode Stored(const std::wstring& value, int times = 2) {
-    Opened("<MZP><S><k/></S></MZP>");
-    ConfigNode node{L"k", value, {{L"a", value}}, {}};
-    for (int i = 0; i < times; ++i) {
-      const auto document = Reopened();
-      document->SetValue(L"S", L"k", node.text, node.attributes);
-      document->Save();
-      node = Reopened()->ReadSection(L"S").at(0);
-    }
-    return node;
-  }
-};
 
 struct Sample {
   const char* name;
@@ -35,29 +18,27 @@ TEST_P(EveryValue, SurvivesAsTextAndAsAttribute) {
 
 INSTANTIATE_TEST_SUITE_P(
     Samples, EveryValue,
-    testing::Values(Sample{"Empty", L""}, Sample{"OneBlank", L" "}, Sample{"OnlyBlanks", L"   "},
-                    Sample{"OnlyTabsAndLines", L"\t\n \r"}, Sample{"BlanksAround", L"  a  "},
-                    Sample{"BlanksInside", L"a   b"}, Sample{"DoubleQuotes", L"\"a\"\""},
-                    Sample{"SingleQuotes", L"'a''"}, Sample{"Less", L"<b>&lt;</b>"},
-                    Sample{"Ampersand", L"a&b&amp;&#65;&"}, Sample{"SectionEnd", L"]]>"},
-                    Sample{"SectionStart", L"<![CDATA[x]]>"}, Sample{"Comment", L"<!-- x -->"},
-                    Sample{"CarriageReturn", L"a\rb"}, Sample{"LineFeed", L"a\nb"},
-                    Sample{"BothEnds", L"\r\na\r\n"}, Sample{"Tab", L"\ta\t"},
-                    Sample{"Greek", L"\u03b1\u03b2\u03b3"}, Sample{"Arabic", L"\u0645\u0644\u0641"},
-                    Sample{"Japanese", L"\u8a2d\u5b9a"}, Sample{"NextLine", L"a\u0085b\u2028c"},
-                    Sample{"NoBreakSpace", L"\u00a0"}, Sample{"ByteOrderMark", L"\ufeffa\ufeff"},
-                    Sample{"AboveU_FFFF", L"\U0001F5A8\U0010FFFD"}, Sample{"Delete", L"\u007f\u009f"},
-                    Sample{"Replacement", L"\ufffd"}, Sample{"Backslashes", L"C:\\a\\b\\"},
-                    Sample{"Percent", L"%s%n%%"}, Sample{"Long", std::wstring(260, L'x')},
-                    Sample{"LongMarks", std::wstring(260, L'<')},
-                    Sample{"LongAboveU_FFFF", std::wstring(260, L'\U0001F5A8')},
-                    Sample{"LongBlanks", std::wstring(260, L' ')},
-                    Sample{"ManyPairs",
-                           [] {
-                             std::wstring pairs;
-                             for (int i = 0; i < 3000; ++i) pairs += L"=\"=' ";
-                             return pairs;
-                           }()}),
+    testing::Values(
+        Sample{"Empty", L""}, Sample{"OneBlank", L" "}, Sample{"OnlyBlanks", L"   "},
+        Sample{"OnlyTabsAndLines", L"\t\n \r"}, Sample{"BlanksAround", L"  a  "},
+        Sample{"BlanksInside", L"a   b"}, Sample{"DoubleQuotes", L"\"a\"\""}, Sample{"SingleQuotes", L"'a''"},
+        Sample{"Less", L"<b>&lt;</b>"}, Sample{"Ampersand", L"a&b&amp;&#65;&"}, Sample{"SectionEnd", L"]]>"},
+        Sample{"SectionStart", L"<![CDATA[x]]>"}, Sample{"Comment", L"<!-- x -->"},
+        Sample{"CarriageReturn", L"a\rb"}, Sample{"LineFeed", L"a\nb"}, Sample{"BothEnds", L"\r\na\r\n"},
+        Sample{"Tab", L"\ta\t"}, Sample{"Greek", L"\u03b1\u03b2\u03b3"},
+        Sample{"Arabic", L"\u0645\u0644\u0641"}, Sample{"Japanese", L"\u8a2d\u5b9a"},
+        Sample{"NextLine", L"a\u0085b\u2028c"}, Sample{"NoBreakSpace", L"\u00a0"},
+        Sample{"ByteOrderMark", L"\ufeffa\ufeff"}, Sample{"AboveU_FFFF", L"\U0001F5A8\U0010FFFD"},
+        Sample{"Delete", L"\u007f\u009f"}, Sample{"Replacement", L"\ufffd"},
+        Sample{"Backslashes", L"C:\\a\\b\\"}, Sample{"Percent", L"%s%n%%"},
+        Sample{"Long", std::wstring(260, L'x')}, Sample{"LongMarks", std::wstring(260, L'<')},
+        Sample{"LongAboveU_FFFF", Times(260, L"\U0001F5A8")}, Sample{"LongBlanks", std::wstring(260, L' ')},
+        Sample{"ManyPairs",
+               [] {
+                 std::wstring pairs;
+                 for (int i = 0; i < 3000; ++i) pairs += L"=\"=' ";
+                 return pairs;
+               }()}),
     [](const auto& sample) { return sample.param.name; });
 
 TEST_F(StoredValues, CharactersThatXmlCannotHoldAreDropped) {
@@ -70,13 +51,9 @@ TEST_F(StoredValues, CharactersThatXmlCannotHoldAreDropped) {
 }
 
 TEST_F(StoredValues, HalvesOfACharacterAreDropped) {
-  const std::wstring halves{L'a', static_cast<wchar_t>(0xD800), static_cast<wchar_t>(0xDC00), L'b'};
-  EXPECT_EQ(Stored(halves).text, L"ab");
-}
-
-TEST_F(StoredValues, CodesAboveTheLastCharacterAreDropped) {
-  EXPECT_EQ(Stored({L'a', static_cast<wchar_t>(0x110000), static_cast<wchar_t>(0x7FFFFFFF), L'b'}).text,
-            L"ab");
+  constexpr auto kHigh = static_cast<wchar_t>(0xD800);
+  constexpr auto kLow = static_cast<wchar_t>(0xDC00);
+  EXPECT_EQ(Stored({L'a', kHigh, L'b', kLow, L'c', kLow, kHigh}).text, L"abc");
 }
 
 }  // namespace

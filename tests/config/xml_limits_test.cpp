@@ -79,6 +79,17 @@ TEST(XmlLimits, AUtf16DocumentCannotChangeItsEncodingOnTheWay) {
   EXPECT_TRUE(WithinXmlLimits("\xFF\xFE" + Utf16("<?xml version='1.0' encoding='UTF-16'?><MZP/>", true)));
 }
 
+TEST(XmlLimits, Utf16WithHalfAUnitAtItsEndIsRefused) {
+  EXPECT_TRUE(WithinXmlLimits("\xFF\xFE" + Utf16("<MZP/>", true)));
+  EXPECT_FALSE(WithinXmlLimits("\xFF\xFE" + Utf16("<MZP/>", true) + " "));
+}
+
+TEST(XmlLimits, AnotherVersionOfXmlIsRefused) {
+  EXPECT_TRUE(WithinXmlLimits("<?xml version=\"1.0\"?><MZP/>"));
+  EXPECT_FALSE(WithinXmlLimits("<?xml version=\"1.1\"?><MZP/>"));
+  EXPECT_FALSE(WithinXmlLimits("<?xml version='2.0' encoding='UTF-8'?><MZP/>"));
+}
+
 TEST(XmlLimits, AttributesCannotHideInAnEntitysCharacterReferences) {
   const std::string tag = "&#60;a " + Repeated(kMany, "x", "&#61;&#39;&#x27; ") + "/&#62;";
   EXPECT_FALSE(WithinXmlLimits("<!DOCTYPE MZP [<!ENTITY e \"" + tag + "\">]><MZP>&e;</MZP>"));

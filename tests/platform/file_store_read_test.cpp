@@ -1,6 +1,3 @@
-#include <sys/socket.h>
-#include <sys/un.h>
-
 #include "tests/platform/FileStoreTest.h"
 
 namespace qlx::platform {
@@ -8,7 +5,7 @@ namespace {
 
 TEST_F(FileStoreTest, ReadsAFileUpToTheLimit) {
   Put(Path(), std::string(kLimit, 'x'));
-  const ReadResult result = store_.Read(Text(Path()), kLimit);
+  const ReadResult result = store_.Read(Path().wstring(), kLimit);
   EXPECT_EQ(result.status, ReadStatus::kRead);
   EXPECT_EQ(result.bytes, std::string(kLimit, 'x'));
 }
@@ -22,47 +19,10 @@ TEST_F(FileStoreTest, NothingUnderTheNameIsMissing) {
   EXPECT_EQ(ReadStatusOf(Path()), ReadStatus::kMissing);
   Put(Path(), "");
   EXPECT_EQ(ReadStatusOf(Path() / "below"), ReadStatus::kMissing);
-  fs::create_symlink("nowhere", Path("link"));
-  EXPECT_EQ(ReadStatusOf(Path("link")), ReadStatus::kMissing);
 }
 
-TEST_F(FileStoreTest, ADirectoryAPipeOrADeviceIsRefusedWithoutWaiting) {
-  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+TEST_F(FileStoreTest, ADirectoryIsRefused) {
   EXPECT_EQ(ReadStatusOf(directory_), ReadStatus::kNotRegular);
-  EXPECT_EQ(ReadStatusOf(Path("pipe")), ReadStatus::kNotRegular);
-  EXPECT_EQ(ReadStatusOf("/dev/zero"), ReadStatus::kNotRegular);
-}
-
-TEST_F(FileStoreTest, AFileThatThisUserMayNotReadIsUnreadable) {
-  if (geteuid() != 0) GTEST_SKIP() << "needs another user";
-  Put(Path(), "x");
-  fs::permissions(Path(), fs::perms::none);
-  EXPECT_EQ(InAnotherProcess([&] {
-              return seteuid(kNobody) == 0 && ReadStatusOf(Path()) == ReadStatus::kUnreadable ? 0 : 1;
-            }),
-            0);
-}
-
-TEST_F(FileStoreTest, AFileThatGrowsPastItsStatedSizeIsReadToItsEnd) {
-  // The kernel states size 0 for these and hands out more: the same as a file that grows after the look at
-  // it.
-  const std::string status = "/proc/self/status";
-  const ReadResult whole = store_.Read(Text(status), 1 << 20);
-  EXPECT_EQ(whole.status, ReadStatus::kRead);
-  EXPECT_GT(whole.bytes.size(), 500U);
-  EXPECT_EQ(store_.Read(Text(status), 100).status, ReadStatus::kTooLarge);
-}
-
-TEST_F(FileStoreTest, ASocketInTheFilesPlaceIsRefused) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  Path("socket").native().copy(address.sun_path, sizeof address.sun_path - 1);
-  const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-  EXPECT_EQ(ReadStatusOf(Path("socket")), ReadStatus::kNotRegular);
-  EXPECT_TRUE(Replace(Path("socket")));
-  EXPECT_TRUE(fs::is_socket(Path("socket")));
-  close(listener);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/path_text.h"
-
 namespace qlx::platform {
 namespace {
 
@@ -32,12 +30,6 @@ TEST(Text, PrefixNeverSplitsACharacter) {
   EXPECT_EQ(Utf16Prefix(L"ab\U0001F5A8z", 3), L"ab");
   EXPECT_EQ(Utf16Prefix(L"ab\U0001F5A8z", 4), L"ab\U0001F5A8");
   EXPECT_EQ(Utf16Prefix(L"ab", 260), L"ab");
-}
-
-TEST(PathText, GivesEveryFileNameBackToTheByte) {
-  for (const std::string name : {"/opt/plain", "/opt/\xC3\xA4", "/opt/\xFF\xFE-\xC3", "\x80"}) {
-    EXPECT_EQ(PathBytes(PathText(name)), name);
-  }
 }
 
 }  // namespace

@@ -124,10 +124,13 @@ struct PassedOver {
   bool external_entity = false;
   bool undeclared_entity = false;
   bool copied_entity = false;
-  int attributes = 0;  ///< in all, with those that a document type gives
+  bool broken_namespace = false;  ///< such as a prefix that nobody declared
+  int attributes = 0;             ///< in all, with those that a document type gives
   bool too_many_attributes = false;
 
-  bool any() const { return external_entity || undeclared_entity || copied_entity || too_many_attributes; }
+  bool any() const {
+    return external_entity || undeclared_entity || copied_entity || broken_namespace || too_many_attributes;
+  }
 };
 
 PassedOver& PassedOverBy(xmlParserCtxt* context) {
@@ -140,8 +143,10 @@ xmlParserInput* RefuseExternalEntity(const char*, const char*, xmlParserCtxt* co
 }
 
 void NoteError(void* context, xmlError* error) {
-  if (error->code == XML_WAR_UNDECLARED_ENTITY)
-    PassedOverBy(static_cast<xmlParserCtxt*>(context)).undeclared_entity = true;
+  PassedOver& passed_over = PassedOverBy(static_cast<xmlParserCtxt*>(context));
+  if (error->code == XML_WAR_UNDECLARED_ENTITY) passed_over.undeclared_entity = true;
+  if (error->domain == XML_FROM_NAMESPACE && error->level >= XML_ERR_ERROR)
+    passed_over.broken_namespace = true;
 }
 
 /// The library bounds the growth of text only: each further use of an entity copies its nodes without bound,

@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 
 #include "tests/platform/FileStoreTest.h"
+#include "tests/platform/linux/file_rights.h"
 
 namespace qlx::platform {
 namespace {

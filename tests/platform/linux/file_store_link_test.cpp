@@ -44,5 +44,10 @@ TEST_F(FileStoreTest, ALinkIntoAMissingDirectoryIsAFailure) {
   EXPECT_EQ(Names(), std::set<std::string>{"link"});
 }
 
+TEST_F(FileStoreTest, ALinkToNothingIsMissing) {
+  fs::create_symlink("nowhere", Path("link"));
+  EXPECT_EQ(ReadStatusOf(Path("link")), ReadStatus::kMissing);
+}
+
 }  // namespace
 }  // namespace qlx::platform

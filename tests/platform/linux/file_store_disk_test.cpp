@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 
 #include "tests/platform/FileStoreTest.h"
+#include "tests/platform/linux/file_rights.h"
 
 namespace qlx::platform {
 namespace {
@@ -50,7 +51,7 @@ TEST_F(FileStoreTest, OnAReadOnlyFileSystemASaveIsAFailureAndReadingIsNot) {
     const auto over_old = Replace(Path());
     const auto beside = Replace(Path("other"));
     if (!over_old || over_old->error != EROFS || !beside || beside->error != EROFS) return 1;
-    return store_.Read(Text(Path()), kLimit).bytes == "old" ? 0 : 2;
+    return store_.Read(Path().wstring(), kLimit).bytes == "old" ? 0 : 2;
   };
   const int result = InAnotherProcess(check);
   if (result == kNoMounts) GTEST_SKIP() << "needs the right to mount";

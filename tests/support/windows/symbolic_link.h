@@ -1,0 +1,45 @@
+// Symbolic links, which a Windows may not let its users make.
+#pragma once
+
+#include <bit>
+#include <chrono>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include <windows.h>
+
+namespace qlx::test {
+
+/// The name that the machine under this Windows has for the existing file or directory `path`; throws without
+/// one.
+inline std::wstring NameBelow(const std::filesystem::path& path) {
+  using Translate = char* (*)(const wchar_t*);
+  const auto translate =
+      std::bit_cast<Translate>(GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name"));
+  char* const name = translate == nullptr ? nullptr : translate(path.c_str());
+  if (name == nullptr) throw std::runtime_error("no link can be made");
+  const std::string bytes = name;
+  HeapFree(GetProcessHeap(), 0, name);
+  return {bytes.begin(), bytes.end()};
+}
+
+/// Makes `link` lead to `target`, a file or directory that exists. Where Windows itself makes none, the
+/// machine under it does. Throws when there is no link after all.
+inline void MakeSymbolicLink(const std::filesystem::path& target, const std::filesystem::path& link) {
+  const auto exists = [&] { return GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES; };
+  const DWORD kind = std::filesystem::is_directory(target) ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0;
+  if (CreateSymbolicLinkW(link.c_str(), target.c_str(), kind) != 0 && exists()) return;
+  std::wstring line = L"Z:\\bin\\ln -s " + NameBelow(target) + L" " + NameBelow(link.parent_path()) + L"/" +
+                      link.filename().wstring();
+  STARTUPINFOW start{};
+  start.cb = sizeof start;
+  PROCESS_INFORMATION started{};
+  CreateProcessW(L"Z:\\bin\\ln", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started);
+  constexpr int kTries = 2000;
+  for (int i = 0; i < kTries && !exists(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  if (!exists()) throw std::runtime_error("no link can be made");
+}
+
+}  // namespace qlx::test
