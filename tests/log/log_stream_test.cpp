@@ -78,7 +78,7 @@ TEST_F(LogStreamTest, AServiceThatNeverReadsCostsARecordItsWaitAndTheConnection)
   auto delivery = Delivery(listener.port());
   delivery.Deliver("first\r\n");
   auto deaf = listener.Accept();
-  const std::string record = std::string(998, 'x') + "\r\n";
+  const std::string record = std::string(7998, 'x') + "\r\n";
   while (!listener.HasConnection(0)) delivery.Deliver(record);
   // What was sent before the loss is whole, and the connection was ended.
   const std::string received = deaf.ReadAll();
@@ -92,11 +92,11 @@ TEST_F(LogStreamTest, TheClientAnswersMinus11ToAServiceThatNeverReads) {
   LogSocketClient client(listener.port(), platform::MakeTcpSocket());
   ASSERT_EQ(client.Connect(), 0);
   const auto deaf = listener.Accept();
-  const std::string record(1000, 'x');
+  const std::string record(8000, 'x');
   std::int32_t answer = 0;
   do {
     answer = client.Send(record);
-  } while (answer == 1000);
+  } while (answer == 8000);
   EXPECT_EQ(answer, -11);
 }
 

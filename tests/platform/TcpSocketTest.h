@@ -23,7 +23,7 @@ class TcpSocketTest : public testing::Test {
 
   /// Sends until the peer's and our buffers are full, and answers what ended it.
   platform::WaitEnd FillUp(std::chrono::microseconds limit) {
-    const std::string piece(1000, 'x');
+    const std::string piece(65536, 'x');
     platform::WaitEnd end = platform::WaitEnd::kReady;
     while ((end = socket_->WaitWritable(limit)) == platform::WaitEnd::kReady)
       if (!socket_->Send(piece)) return platform::WaitEnd::kFailed;

@@ -19,10 +19,12 @@ TEST_F(TcpSocketTest, CarriesBytesToAListener) {
 }
 
 TEST_F(TcpSocketTest, LocalhostIsTheIpv4LoopbackAddress) {
+  ASSERT_TRUE(socket_->Start());
   EXPECT_EQ(socket_->Resolve("localhost"), kLoopback);
 }
 
 TEST_F(TcpSocketTest, AHostThatDoesNotExistHasNoAddress) {
+  ASSERT_TRUE(socket_->Start());
   EXPECT_EQ(socket_->Resolve("no such host"), std::nullopt);
 }
 
