@@ -5,9 +5,8 @@
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <stdlib.h>
 
-#include "platform/text.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace qlx {
 namespace {
@@ -21,17 +20,11 @@ constexpr int kIds = 18;
 
 class SupportedDevicesFile : public ::testing::Test {
  protected:
-  SupportedDevicesFile() {
-    std::string name = ::testing::TempDir() + "suiteXXXXXX";
-    directory_ = mkdtemp(name.data());
-  }
-  ~SupportedDevicesFile() override { std::filesystem::remove_all(directory_); }
-
-  std::filesystem::path File() const { return directory_ / "supported_devices"; }
+  std::filesystem::path File() const { return directory_.path() / "supported_devices"; }
 
   SupportedDevices Read() {
     complaints_.clear();
-    return ReadSupportedDevices(platform::FromUtf8(directory_.native() + "/"),
+    return ReadSupportedDevices((directory_.path() / "").wstring(),
                                 [this](const std::string& complaint) { complaints_.push_back(complaint); });
   }
   SupportedDevices Read(const std::string& content) {
@@ -42,7 +35,7 @@ class SupportedDevicesFile : public ::testing::Test {
     return Read("<supported_devices V1=\"" + value + "\"/>");
   }
 
-  std::filesystem::path directory_;
+  test::TemporaryDirectory directory_;
   std::vector<std::string> complaints_;
 };
 
@@ -104,14 +97,6 @@ TEST_F(SupportedDevicesFile, ADirectoryInItsPlaceIsNotRead) {
   std::filesystem::create_directory(File());
   EXPECT_EQ(Read(), kSupportedDevices);
   EXPECT_THAT(complaints_, ElementsAre("the file cannot be read"));
-}
-
-TEST_F(SupportedDevicesFile, IsLookedForInTheSuitesSettingsDirectory) {
-  std::ofstream(File()) << "<supported_devices V1=\"0x1234\"/>";
-  setenv("QUILLON_SETTINGS", (directory_ / "quillon.conf").c_str(), 1);
-  const SupportedDevices installed = InstalledSupportedDevices();
-  unsetenv("QUILLON_SETTINGS");
-  EXPECT_EQ(installed.vendors[0], 0x1234);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "config/ConfigDocument.h"
 #include "platform/text.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace qlx {
 
@@ -21,14 +22,11 @@ class ConfigFile {
   using Pairs = std::vector<std::pair<std::wstring, std::wstring>>;
 
   explicit ConfigFile(const std::wstring& content) {
-    std::string name = (std::filesystem::temp_directory_path() / "qlx-config-XXXXXX").native();
-    directory_ = mkdtemp(name.data());
-    std::ofstream(Path()) << platform::ToUtf8(content);
+    std::ofstream(Path(), std::ios::binary) << platform::ToUtf8(content);
     document_ = Opened();
   }
   ConfigFile(const ConfigFile&) = delete;
   ConfigFile& operator=(const ConfigFile&) = delete;
-  ~ConfigFile() { std::filesystem::remove_all(directory_); }
 
   ConfigDocument& document() { return *document_; }
 
@@ -48,7 +46,7 @@ class ConfigFile {
   }
 
  private:
-  std::filesystem::path Path() const { return directory_ / "QLXConfig.xml"; }
+  std::filesystem::path Path() const { return directory_.path() / "QLXConfig.xml"; }
 
   std::unique_ptr<ConfigDocument> Opened() const {
     auto document = MakeConfigDocument(
@@ -57,7 +55,7 @@ class ConfigFile {
     return document;
   }
 
-  std::filesystem::path directory_;
+  test::TemporaryDirectory directory_;
   std::unique_ptr<ConfigDocument> document_;
 };
 

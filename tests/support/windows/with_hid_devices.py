@@ -17,12 +17,11 @@ import describe_hid  # noqa: E402
 
 # Its drivers look for devices once, when it starts, and by default through a library that knows gamepads only.
 INSIDE = r"""
-server=$(PATH=$PATH:/usr/lib/wine command -v wineserver64 wineserver | head -n 1)
 {
   "$WINE" reg add 'HKLM\System\CurrentControlSet\Services\winebus' /v 'Enable SDL' /t REG_DWORD /d 0 /f
-  "$server" -k
-  "$server" -w
-  "$server" -p
+  "$WINESERVER" -k
+  "$WINESERVER" -w
+  "$WINESERVER" -p
   "$WINE" wineboot
 } </dev/null >/dev/null 2>&1
 "$@"
@@ -57,7 +56,7 @@ def main():
             ioctls = directory / f"hidraw{index}.ioctl"
             ioctls.write_text(answers(index, device), encoding="utf-8")
             command += ["-i", f"/dev/hidraw{index}={ioctls}"]
-        command += ["--", TREE / "scripts" / "with-wine", "bash", "-c", INSIDE, "with_hid_devices", *sys.argv[2:]]
+        command += ["--", TREE / "scripts" / "with-wine", "sh", "-c", INSIDE, "with_hid_devices", *sys.argv[2:]]
         return subprocess.run(command, check=False).returncode
 
 
