@@ -4,7 +4,6 @@
 #include "platform/windows/private_directory.h"
 #include "tests/platform/DirectoryTest.h"
 #include "tests/support/windows/file_rights.h"
-#include "tests/support/windows/symbolic_link.h"
 
 namespace qlx::platform {
 namespace {
@@ -37,11 +36,6 @@ TEST_F(DirectoryTest, TheSuitesDataDirectoryIsNoRoot) {
   for (const wchar_t* other :
        {L"C:\\Program Files\\Harlune\\MZP\\DAT\\", L"C:\\DAT\\", L"\\\\server\\share\\DAT"})
     EXPECT_FALSE(IsRootDirectory(other)) << fs::path(other);
-}
-
-TEST_F(DirectoryTest, ALinkToTheRootIsOne) {
-  test::MakeSymbolicLink(root_.root_path(), root_ / "link");
-  EXPECT_TRUE(IsRootDirectory(Path("link")));
 }
 
 }  // namespace

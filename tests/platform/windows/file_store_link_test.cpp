@@ -8,7 +8,7 @@ namespace {
 TEST_F(FileStoreTest, ASymbolicLinkIsFollowedAndStays) {
   fs::create_directory(Path("elsewhere"));
   Put(Path("elsewhere") / "file", "old");
-  test::MakeSymbolicLink(Path("elsewhere") / "file", Path("link"));
+  const test::SymbolicLink link(Path("elsewhere") / "file", Path("link"));
   EXPECT_FALSE(Replace(Path("link")));
   EXPECT_EQ(Bytes(Path("elsewhere") / "file"), "new");
   EXPECT_EQ(FinalPath(Path("link").wstring()), FinalPath((Path("elsewhere") / "file").wstring()));

@@ -25,21 +25,46 @@ inline std::wstring NameBelow(const std::filesystem::path& path) {
   return {bytes.begin(), bytes.end()};
 }
 
-/// Makes `link` lead to `target`, a file or directory that exists. Where Windows itself makes none, the
-/// machine under it does. Throws when there is no link after all.
-inline void MakeSymbolicLink(const std::filesystem::path& target, const std::filesystem::path& link) {
-  const auto exists = [&] { return GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES; };
-  const DWORD kind = std::filesystem::is_directory(target) ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0;
-  if (CreateSymbolicLinkW(link.c_str(), target.c_str(), kind) != 0 && exists()) return;
-  std::wstring line = L"Z:\\bin\\ln -s " + NameBelow(target) + L" " + NameBelow(link.parent_path()) + L"/" +
-                      link.filename().wstring();
-  STARTUPINFOW start{};
-  start.cb = sizeof start;
-  PROCESS_INFORMATION started{};
-  CreateProcessW(L"Z:\\bin\\ln", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started);
-  constexpr int kTries = 2000;
-  for (int i = 0; i < kTries && !exists(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  if (!exists()) throw std::runtime_error("no link can be made");
-}
+/// A link to `target`, a file or directory that exists, for as long as the object lives: removed before its
+/// target, without which some Windows does not find it. Where Windows itself makes none, the machine under it
+/// does.
+class SymbolicLink {
+ public:
+  /// Throws when there is no link after all.
+  SymbolicLink(const std::filesystem::path& target, const std::filesystem::path& link) : link_(link) {
+    directory_ = std::filesystem::is_directory(target);
+    const DWORD kind = directory_ ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0;
+    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), kind) != 0 && Exists()) return;
+    MakeBelow(target);
+    constexpr int kTries = 2000;
+    for (int i = 0; i < kTries && !Exists(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    if (!Exists()) throw std::runtime_error("no link can be made");
+  }
+  SymbolicLink(const SymbolicLink&) = delete;
+  SymbolicLink& operator=(const SymbolicLink&) = delete;
+  ~SymbolicLink() {
+    if (directory_) {
+      RemoveDirectoryW(link_.c_str());
+    } else {
+      DeleteFileW(link_.c_str());
+    }
+  }
+
+ private:
+  bool Exists() const { return GetFileAttributesW(link_.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+  void MakeBelow(const std::filesystem::path& target) const {
+    std::wstring line = L"Z:\\bin\\ln -s " + NameBelow(target) + L" " + NameBelow(link_.parent_path()) +
+                        L"/" + link_.filename().wstring();
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION started{};
+    CreateProcessW(L"Z:\\bin\\ln", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                   &started);
+  }
+
+  std::filesystem::path link_;
+  bool directory_;
+};
 
 }  // namespace qlx::test
