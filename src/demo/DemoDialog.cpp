@@ -126,8 +126,11 @@ void DemoDialog::BindEvents() {
       wxEVT_BUTTON, [this](wxCommandEvent&) { Leave(wxID_OK); }, kCloseButton);
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Leave(wxID_CANCEL); });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
-    if (event.GetKeyCode() == WXK_ESCAPE) {
+    const int key = event.GetKeyCode();
+    if (key == WXK_ESCAPE) {
       Leave(wxID_CANCEL);
+    } else if ((key == WXK_RETURN || key == WXK_NUMPAD_ENTER) && output_->HasFocus()) {
+      Leave(wxID_OK);  // a text of many lines would keep the key to itself
     } else {
       event.Skip();
     }

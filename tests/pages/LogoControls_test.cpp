@@ -3,10 +3,10 @@
 #include <filesystem>
 
 #include <gtest/gtest.h>
-#include <wx/dataview.h>
 #include <wx/frame.h>
 
 #include "platform/text.h"
+#include "tests/support/report_list.h"
 
 namespace qlx {
 namespace {
@@ -21,20 +21,11 @@ class LogoControlsTest : public testing::Test {
 
   wxWindow& Control(int id) { return *frame_->FindWindow(id); }
 
-  std::string Availability(int row) {
-    auto& list = dynamic_cast<wxDataViewListCtrl&>(Control(kList));
-    return list.GetTextValue(static_cast<unsigned>(row), 1).ToStdString();
-  }
+  std::string Availability(int row) { return platform::ToUtf8(test::CellOf(Control(kList), row, 1)); }
 
   void Click(int button) {
     wxCommandEvent click(wxEVT_BUTTON, button);
     Control(button).ProcessWindowEvent(click);
-  }
-
-  /// As the user does, whose click selects the row first.
-  void SelectByMouse(int row) {
-    dynamic_cast<wxDataViewListCtrl&>(Control(kList)).SelectRow(static_cast<unsigned>(row));
-    controls_.Select(row);
   }
 
   wxFrame* frame_ = new wxFrame(nullptr, wxID_ANY, "");
@@ -64,7 +55,7 @@ TEST_F(LogoControlsTest, EveryRowTellsWhetherItIsUsed) {
 }
 
 TEST_F(LogoControlsTest, AFreeRowOffersToAddAndAUsedOneToDelete) {
-  SelectByMouse(0);
+  test::SelectRow(Control(kList), 0);
   EXPECT_TRUE(Control(kAdd).IsEnabled() && !Control(kDelete).IsEnabled());
   Click(kAdd);
   EXPECT_TRUE(!Control(kAdd).IsEnabled() && Control(kDelete).IsEnabled());
@@ -72,7 +63,7 @@ TEST_F(LogoControlsTest, AFreeRowOffersToAddAndAUsedOneToDelete) {
 }
 
 TEST_F(LogoControlsTest, TheChosenPictureAndStationAreKept) {
-  SelectByMouse(4);
+  test::SelectRow(Control(kList), 4);
   Click(kAdd);
   ASSERT_EQ(store_.records().size(), 1U);
   EXPECT_EQ(store_.records()[0].slot, 5);
@@ -82,14 +73,14 @@ TEST_F(LogoControlsTest, TheChosenPictureAndStationAreKept) {
 
 TEST_F(LogoControlsTest, NoChoiceChangesNothing) {
   choice_.reset();
-  SelectByMouse(0);
+  test::SelectRow(Control(kList), 0);
   Click(kAdd);
   EXPECT_TRUE(store_.records().empty());
   EXPECT_TRUE(Control(kAdd).IsEnabled());
 }
 
 TEST_F(LogoControlsTest, DeletingFreesTheRow) {
-  SelectByMouse(0);
+  test::SelectRow(Control(kList), 0);
   Click(kAdd);
   Click(kDelete);
   EXPECT_TRUE(store_.records().empty());
@@ -106,7 +97,7 @@ TEST_F(LogoControlsTest, ADoubleClickOnAUsedRowAsksNothing) {
 
 TEST_F(LogoControlsTest, ARightDoubleClickDeletes) {
   controls_.Add(3);
-  SelectByMouse(3);
+  test::SelectRow(Control(kList), 3);
   wxMouseEvent click(wxEVT_RIGHT_DCLICK);
   Control(kList).ProcessWindowEvent(click);
   EXPECT_TRUE(store_.records().empty());

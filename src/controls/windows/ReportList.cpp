@@ -1,7 +1,9 @@
 #include "controls/ReportList.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
+#include <vector>
 
 #include <wx/listctrl.h>
 
@@ -14,14 +16,19 @@ class NativeList final : public ReportList {
  public:
   NativeList(wxWindow* parent, int id)
       : list_(new wxListCtrl(parent, id, wxDefaultPosition, wxDefaultSize,
-                             wxLC_REPORT | wxLC_SINGLE_SEL | wxLC_HRULES | wxLC_VRULES)) {}
+                             wxLC_REPORT | wxLC_SINGLE_SEL | wxLC_HRULES | wxLC_VRULES)) {
+    list_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+      event.Skip();
+      FillWidth();
+    });
+  }
 
   wxWindow& window() override { return *list_; }
 
   void AddColumn(const wxString& title, int width) override {
-    const int column = list_->GetColumnCount();
-    list_->AppendColumn(title, wxLIST_FORMAT_LEFT, list_->FromDIP(width));
-    Widen(column, title);
+    widths_.push_back(list_->FromDIP(width));
+    list_->AppendColumn(title, wxLIST_FORMAT_LEFT, widths_.back());
+    Widen(widths_.size() - 1, title);
   }
 
   void AddRow(const wxString& first_cell) override {
@@ -31,7 +38,7 @@ class NativeList final : public ReportList {
 
   void SetCell(int row, int column, const std::wstring& text) override {
     list_->SetItem(row, column, text);
-    Widen(column, text);
+    Widen(static_cast<std::size_t>(column), text);
   }
 
   std::optional<int> SelectedRow() const override {
@@ -57,12 +64,23 @@ class NativeList final : public ReportList {
   }
 
  private:
-  void Widen(int column, const wxString& text) {
+  void Widen(std::size_t column, const wxString& text) {
     const int needed = list_->GetTextExtent(text).x + list_->FromDIP(kCellPadding);
-    list_->SetColumnWidth(column, std::max(list_->GetColumnWidth(column), needed));
+    widths_[column] = std::max(widths_[column], needed);
+    list_->SetColumnWidth(static_cast<int>(column), widths_[column]);
+    FillWidth();
+  }
+
+  /// The last column takes what the others leave: the control would show an empty one more.
+  void FillWidth() {
+    if (widths_.empty()) return;
+    const int others = std::accumulate(widths_.begin(), widths_.end() - 1, 0);
+    const int rest = list_->GetClientSize().GetWidth() - others;
+    list_->SetColumnWidth(static_cast<int>(widths_.size()) - 1, std::max(widths_.back(), rest));
   }
 
   wxListCtrl* list_;
+  std::vector<int> widths_;  ///< that each column needs, in pixels
 };
 
 }  // namespace
