@@ -84,7 +84,7 @@ class LogoTestbed : public ::testing::Test {
   std::filesystem::path ConfigPath() const { return root_ / "QLXConfig.xml"; }
 
   void Put(const std::string& name, const std::string& content = "old") const {
-    std::ofstream(root_ / name) << content;
+    std::ofstream(root_ / name, std::ios::binary) << content;
   }
   std::string Content(const std::filesystem::path& name) const {
     std::ifstream file(root_ / name, std::ios::binary);

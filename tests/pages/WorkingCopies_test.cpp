@@ -103,15 +103,6 @@ TEST_F(WorkingCopiesTest, OfAPictureThatCannotBeReadEndTheProgram) {
       log_, ElementsAre("PRINTERDialog::AddLogo - Error loading image", "PRINTERDialog::AddLogo - gone.jpg"));
 }
 
-TEST_F(WorkingCopiesTest, AreNotMadeInAFolderThatOthersMayChange) {
-  std::filesystem::create_directory(root_ / "tmp/logos");
-  std::filesystem::permissions(root_ / "tmp/logos", std::filesystem::perms::all);
-  EXPECT_THROW(Make(Picture(L"a.jpg", {9, 9})), Ended);
-  ASSERT_FALSE(log_.empty());
-  EXPECT_EQ(log_.front(), "PRINTERDialog::AddLogo - Error saving image");
-  EXPECT_THAT(Names("tmp/logos"), IsEmpty());
-}
-
 // --- in the store ---
 
 class TruncatedLogo : public LogoTestbed {
