@@ -25,9 +25,9 @@ TEST_F(FileStoreTest, AMissingDirectoryIsAFailureToOpen) {
 }
 
 TEST_F(FileStoreTest, AFileNameOfAnyScriptIsReadAndReplaced) {
-  const fs::path path = directory_ / L"\u8a2d\u5b9a \U0001F5A8.xml";
-  EXPECT_FALSE(Replace(path));
-  EXPECT_EQ(store_.Read(path.wstring(), kLimit).bytes, "new");
+  const std::wstring path = directory_.wstring() + L"/\u8a2d\u5b9a \U0001F5A8.xml";
+  EXPECT_FALSE(store_.Replace(path, "new"));
+  EXPECT_EQ(store_.Read(path, kLimit).bytes, "new");
 }
 
 TEST_F(FileStoreTest, NoBytesAtAllAreAnEmptyFile) {

@@ -1,6 +1,6 @@
 #include "platform/windows/final_path.h"
 #include "tests/platform/FileStoreTest.h"
-#include "tests/support/windows/symbolic_link.h"
+#include "tests/support/windows/FileLink.h"
 
 namespace qlx::platform {
 namespace {
@@ -8,7 +8,7 @@ namespace {
 TEST_F(FileStoreTest, ASymbolicLinkIsFollowedAndStays) {
   fs::create_directory(Path("elsewhere"));
   Put(Path("elsewhere") / "file", "old");
-  const test::SymbolicLink link(Path("elsewhere") / "file", Path("link"));
+  const test::FileLink link(Path("elsewhere") / "file", Path("link"));
   EXPECT_FALSE(Replace(Path("link")));
   EXPECT_EQ(Bytes(Path("elsewhere") / "file"), "new");
   EXPECT_EQ(FinalPath(Path("link").wstring()), FinalPath((Path("elsewhere") / "file").wstring()));

@@ -25,30 +25,24 @@ inline std::wstring NameBelow(const std::filesystem::path& path) {
   return {bytes.begin(), bytes.end()};
 }
 
-/// A link to `target`, a file or directory that exists, for as long as the object lives: removed before its
-/// target, without which some Windows does not find it. Where Windows itself makes none, the machine under it
-/// does.
-class SymbolicLink {
+/// A link to the file `target`, for as long as the object lives: removed before its target, without which
+/// some Windows does not find it. Where Windows itself makes none, the machine under it does. Never one to a
+/// directory: some Windows takes that for a directory of its own, and who clears the one with the link away
+/// clears both.
+class FileLink {
  public:
   /// Throws when there is no link after all.
-  SymbolicLink(const std::filesystem::path& target, const std::filesystem::path& link) : link_(link) {
-    directory_ = std::filesystem::is_directory(target);
-    const DWORD kind = directory_ ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0;
-    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), kind) != 0 && Exists()) return;
+  FileLink(const std::filesystem::path& target, const std::filesystem::path& link) : link_(link) {
+    if (!std::filesystem::is_regular_file(target)) throw std::runtime_error("not a file");
+    if (CreateSymbolicLinkW(link.c_str(), target.c_str(), 0) != 0 && Exists()) return;
     MakeBelow(target);
     constexpr int kTries = 2000;
     for (int i = 0; i < kTries && !Exists(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
     if (!Exists()) throw std::runtime_error("no link can be made");
   }
-  SymbolicLink(const SymbolicLink&) = delete;
-  SymbolicLink& operator=(const SymbolicLink&) = delete;
-  ~SymbolicLink() {
-    if (directory_) {
-      RemoveDirectoryW(link_.c_str());
-    } else {
-      DeleteFileW(link_.c_str());
-    }
-  }
+  FileLink(const FileLink&) = delete;
+  FileLink& operator=(const FileLink&) = delete;
+  ~FileLink() { DeleteFileW(link_.c_str()); }
 
  private:
   bool Exists() const { return GetFileAttributesW(link_.c_str()) != INVALID_FILE_ATTRIBUTES; }
@@ -64,7 +58,6 @@ class SymbolicLink {
   }
 
   std::filesystem::path link_;
-  bool directory_;
 };
 
 }  // namespace qlx::test
