@@ -71,8 +71,8 @@ def wait_for(condition, what):
 
 
 def windows():
-    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"], capture_output=True, check=False)
-    return found.stdout.split()
+    search = ["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"]
+    return subprocess.run(search, capture_output=True, check=False, timeout=LIMIT).stdout.split()
 
 
 def setUpModule():

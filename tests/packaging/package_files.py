@@ -7,6 +7,8 @@ VERSION = os.environ["QLX_VERSION"]
 NEXT_VERSION = os.environ["QLX_NEXT_VERSION"]
 _FOLDERS = {VERSION: os.environ["QLX_PACKAGES"], NEXT_VERSION: os.path.join(os.environ["QLX_PACKAGES"], "next")}
 
+LIMIT = 240  # seconds for a command: less than the test has, so that the one that hangs is named
+
 
 def package(name, version=VERSION):
     """The path of that package's file."""
@@ -17,7 +19,8 @@ def package(name, version=VERSION):
 
 def output(*command, **options):
     """What the command says to both its outputs; an AssertionError with it when the command fails."""
-    options = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "stdin": subprocess.DEVNULL, **options}
+    usual = {"stdout": subprocess.PIPE, "stderr": subprocess.STDOUT, "stdin": subprocess.DEVNULL, "timeout": LIMIT}
+    options = {**usual, **options}
     ended = subprocess.run(command, check=False, text=True, **options)
     assert ended.returncode == 0, f"{' '.join(command)}: exit code {ended.returncode}\n{ended.stdout}"
     return ended.stdout
