@@ -54,9 +54,15 @@ class Languages(WindowCase):
         return self.texts.get(text, text)
 
     def page(self, tool, name):
-        tabs = tool.control(1000)
-        tabs.querySelection().selectChild(PAGES.index(name))
-        wait_for(lambda: showing(tabs.getChildAtIndex(PAGES.index(name))), f"page {name}")
+        selection = tool.control(1000).querySelection()
+        index = PAGES.index(name)
+
+        def chosen():
+            if not selection.isChildSelected(index):
+                selection.selectChild(index)
+            return selection.isChildSelected(index)
+
+        wait_for(chosen, f"page {name}")
 
     def close(self, tool):
         tool.active_window(self.says("Quillon Configuration Tool"))
