@@ -1,7 +1,9 @@
 // The HID back end on the system's own hid.dll, with the devices of hid_devices.txt plugged in.
 #include "platform/hid.h"
 
+#include <chrono>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -11,7 +13,16 @@ namespace {
 
 class PluggedDevices : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_NE(library_, nullptr); }
+  /// The system's drivers find the devices one by one, some time after its start.
+  void SetUp() override {
+    ASSERT_NE(library_, nullptr);
+    constexpr int kTries = 2000;
+    for (int i = 0; i < kTries && !AllAreThere(); ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ASSERT_TRUE(AllAreThere());
+  }
+
+  bool AllAreThere() { return Find(0x1209, 0x0001) && Find(0x1209, 0x0002) && Find(0xF055, 0x0008); }
 
   std::vector<HidDevice> Walk() {
     std::vector<HidDevice> found;
