@@ -47,8 +47,9 @@ InstalledService::~InstalledService() {
 }
 
 void InstalledService::Start() {
-  if (!StartServiceW(service_, 0, nullptr) || !Await(SERVICE_RUNNING))
-    throw std::runtime_error("the service does not start");
+  if (!StartServiceW(service_, 0, nullptr))
+    throw std::runtime_error("the service does not start: error " + std::to_string(GetLastError()));
+  if (!Await(SERVICE_RUNNING)) throw std::runtime_error("the service does not run");
 }
 
 bool InstalledService::Await(DWORD wanted) const {
