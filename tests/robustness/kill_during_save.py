@@ -8,14 +8,14 @@ import subprocess
 import sys
 import tempfile
 
-from saved_file import FILE, beside, number, save
+from saved_file import FILE, beside, command, number, save
 
 LONGEST_LIFE = 0.03  # seconds: a few saves
 
 
 def kill_one(saver, path, moment):
     """Kills the saver `moment` seconds after its first save began; false when it ended by itself."""
-    with subprocess.Popen([saver, path], stdout=subprocess.PIPE) as process:
+    with subprocess.Popen(command(saver, path), stdout=subprocess.PIPE) as process:
         process.stdout.readline()
         try:
             process.wait(moment)

@@ -1,10 +1,20 @@
 """What a saver (saver.cpp) leaves behind."""
 import os
+import shlex
 import subprocess
 import xml.etree.ElementTree as ElementTree
 
 FILE = "QLXConfig.xml"
 NAMES = {FILE, FILE + ".bak"}
+
+
+# What starts a program of another system.
+EMULATOR = shlex.split(os.environ.get("QLX_EMULATOR", ""))
+
+
+def command(saver, path, *numbers):
+    """What to run: see saver.cpp for its numbers."""
+    return [*EMULATOR, saver, path, *map(str, numbers)]
 
 
 def number(path):
@@ -23,5 +33,5 @@ def beside(directory):
 
 
 def save(saver, path, *numbers):
-    """Runs the saver to its end: see saver.cpp for its numbers."""
-    subprocess.run([saver, path, *map(str, numbers)], check=True, stdout=subprocess.DEVNULL)
+    """Runs the saver to its end."""
+    subprocess.run(command(saver, path, *numbers), check=True, stdout=subprocess.DEVNULL)

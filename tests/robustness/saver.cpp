@@ -3,9 +3,9 @@
 // first save and "saved NUMBER" after each one. A save that fails ends it with 1.
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "config/ConfigDocument.h"
-#include "platform/linux/path_text.h"
 
 namespace {
 
@@ -22,9 +22,10 @@ int main(int argc, char** argv) {
   if (argc < 2) return 2;
   const long count = argc > 2 ? std::atol(argv[2]) : -1;
   const long first = argc > 3 ? std::atol(argv[3]) : 0;
+  const std::wstring path = std::filesystem::path(argv[1]).wstring();
   const auto document = qlx::MakeConfigDocument([](const auto&) { std::exit(1); });
-  const bool existed = document->Open(qlx::platform::PathText(argv[1]), false);
-  if (!existed) document->Open(qlx::platform::PathText(argv[1]), true);
+  const bool existed = document->Open(path, false);
+  if (!existed) document->Open(path, true);
   document->SetValue(L"Ports_Configuration", L"Number", L"0");
   if (!existed) Fill(*document);
   std::puts("saving");

@@ -9,14 +9,14 @@ import sys
 import tempfile
 import time
 
-from saved_file import FILE, beside, number, save
+from saved_file import FILE, beside, command, number, save
 
 MOST_SAVES = 6  # of one program
 LONGEST_LEAD = 0.01  # seconds that one may begin before the other
 
 
 def start(saver, path, saves, first):
-    return subprocess.Popen([saver, path, str(saves), str(first)], stdout=subprocess.DEVNULL)
+    return subprocess.Popen(command(saver, path, saves, first), stdout=subprocess.DEVNULL)
 
 
 def run_round(saver, path, moments, first, seen):

@@ -8,14 +8,14 @@
 #include <aclapi.h>
 
 #include "platform/windows/file_bytes.h"
+#include "platform/windows/held_file.h"
 
 namespace qlx::platform {
 namespace {
 
-// Another process holds the name for as long as its own save takes, and a scanner or a service the target for
-// as long as it reads: a few milliseconds. One that is stuck must not hang the window.
+// Another process holds the name for as long as its own save takes: a few milliseconds. One that is stuck
+// must not hang the window.
 constexpr int kTries = 100;
-constexpr int kTriesToRename = 30;
 constexpr std::chrono::milliseconds kBetweenTries{10};
 
 constexpr DWORD kAccess = GENERIC_WRITE | DELETE | READ_CONTROL | WRITE_DAC;
@@ -123,13 +123,10 @@ std::optional<WriteFailure> TemporaryFile::PutInPlace() {
   if (FlushFileBuffers(file_.get()) == 0) return Failed("flush");
   // With the file still open: a name that is free for a moment could get another process's half of a save.
   constexpr DWORD kHow = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-  for (int i = 0; on_disk_; ++i) {
-    on_disk_ = MoveFileExW(path_.c_str(), target_.c_str(), kHow) == 0;
-    const DWORD error = GetLastError();
-    const bool held = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
-    if (on_disk_ && (!held || i == kTriesToRename)) return WriteFailure{"rename", static_cast<int>(error)};
-    if (on_disk_) std::this_thread::sleep_for(kBetweenTries);
-  }
+  const bool renamed = UntilReleased({ERROR_SHARING_VIOLATION, ERROR_ACCESS_DENIED},
+                                     [&] { return MoveFileExW(path_.c_str(), target_.c_str(), kHow) != 0; });
+  if (!renamed) return Failed("rename");
+  on_disk_ = false;
   return std::nullopt;
 }
 

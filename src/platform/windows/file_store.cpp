@@ -9,6 +9,7 @@
 #include "platform/windows/TemporaryFile.h"
 #include "platform/windows/file_bytes.h"
 #include "platform/windows/final_path.h"
+#include "platform/windows/held_file.h"
 
 namespace qlx::platform {
 namespace {
@@ -19,8 +20,10 @@ constexpr std::size_t kCopyBlock = std::size_t{64} << 10;
 constexpr std::size_t kLargestInPlace = std::size_t{64} << 20;
 
 Handle Open(const std::wstring& path, DWORD access) {
-  return Handle(
-      CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return UntilReleased({ERROR_SHARING_VIOLATION}, [&] {
+    return Handle(
+        CreateFileW(path.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  });
 }
 
 bool NothingIsThere(DWORD error) {

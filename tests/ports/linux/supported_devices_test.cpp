@@ -1,15 +1,16 @@
+#include "ports/supported_devices.h"
+
 #include <fstream>
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include "ports/supported_devices.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace qlx {
 namespace {
 
-TEST(InstalledDevices, AreLookedForInTheSuitesSettingsDirectory) {
+TEST(InstalledSupportedDevices, AreLookedForBesideTheSuitesSettings) {
   const test::TemporaryDirectory directory;
   std::ofstream(directory.path() / "supported_devices") << "<supported_devices V1=\"0x1234\"/>";
   setenv("QUILLON_SETTINGS", (directory.path() / "quillon.conf").c_str(), 1);

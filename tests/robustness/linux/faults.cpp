@@ -1,4 +1,4 @@
-#include "tests/robustness/faults.h"
+#include "tests/robustness/linux/faults.h"
 
 #include <atomic>
 #include <cerrno>

@@ -13,7 +13,7 @@
 #include "config/ConfigDocument.h"
 #include "platform/file_store.h"
 #include "platform/linux/path_text.h"
-#include "tests/robustness/faults.h"
+#include "tests/robustness/linux/faults.h"
 
 namespace qlx {
 namespace {
