@@ -6,7 +6,7 @@ import subprocess
 import threading
 import time
 
-LIMIT = 120  # seconds for anything that should happen
+LIMIT = 300  # seconds for anything that should happen
 
 # What a script starts ends with it, also when the script itself is killed.
 TIED = ["setpriv", "--pdeathsig", "KILL", "--"]

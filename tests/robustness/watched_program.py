@@ -1,5 +1,4 @@
 """The tool under random use: started again whenever it has ended, its memory and the sanitizers' reports watched."""
-import glob
 import os
 import re
 import subprocess
@@ -26,30 +25,31 @@ class WatchedProgram:
             **environment,
             # The toolkit keeps until the end what it allocates once; mocked devices come from a library that is loaded
             # before any other; freed memory that the sanitizer holds back is no growth of the program's.
-            "ASAN_OPTIONS": "detect_leaks=0:verify_asan_link_order=0:quarantine_size_mb=16:" + self._reports(),
-            "UBSAN_OPTIONS": "print_stacktrace=1:" + self._reports(),
+            "ASAN_OPTIONS": "detect_leaks=0:verify_asan_link_order=0:quarantine_size_mb=16",
+            "UBSAN_OPTIONS": "print_stacktrace=1",
         }
+        self.errors = os.path.join(directory, "errors")
         self.ends = Counter()  # by exit code
         self.growth = 0  # KiB, the most of any process once it had settled
         self.start()
 
-    def _reports(self):
-        return "log_path=" + os.path.join(self.directory, "sanitizer")
-
     def reports(self):
-        texts = []
-        for path in glob.glob(os.path.join(self.directory, "sanitizer.*")):
-            with open(path, encoding="utf-8", errors="replace") as report:
-                texts.append(report.read())
-        return "\n".join(texts)
+        """What the sanitizers have written, with all that was written around it; empty when they were silent."""
+        with open(self.errors, encoding="utf-8", errors="replace") as errors:
+            text = errors.read()
+        return text if re.search("Sanitizer|runtime error:", text) else ""
 
     def start(self):
-        self.process = subprocess.Popen([*TIED, os.path.join(self.directory, "QLXConfig")], cwd=self.directory,
-                                        env={**os.environ, **self.environment}, stdin=subprocess.DEVNULL,
-                                        stderr=subprocess.DEVNULL)
+        with open(self.errors, "ab") as errors:
+            self.process = subprocess.Popen([*TIED, os.path.join(self.directory, "QLXConfig")], cwd=self.directory,
+                                            env={**os.environ, **self.environment}, stdin=subprocess.DEVNULL,
+                                            stderr=errors)
         self.settles = time.monotonic() + SETTLED_AFTER
         self.settled = None
-        await_condition(self._shown, "window of the program")
+        try:
+            await_condition(self._shown, "window of the program")
+        except AssertionError as error:
+            raise AssertionError(f"{error}; there are {self.titles()}\n{self.reports()}") from None
 
     def _shown(self):
         expect(self.process.poll() is None, f"the program ended with {self.process.poll()} before it had a window")
