@@ -19,6 +19,7 @@ class NativeList final : public ReportList {
                              wxLC_REPORT | wxLC_SINGLE_SEL | wxLC_HRULES | wxLC_VRULES)) {
     list_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
       event.Skip();
+      laid_out_ = true;
       FillWidth();
     });
   }
@@ -68,7 +69,7 @@ class NativeList final : public ReportList {
     const int needed = list_->GetTextExtent(text).x + list_->FromDIP(kCellPadding);
     widths_[column] = std::max(widths_[column], needed);
     list_->SetColumnWidth(static_cast<int>(column), widths_[column]);
-    FillWidth();
+    if (laid_out_) FillWidth();
   }
 
   /// The last column takes what the others leave: the control would show an empty one more.
@@ -81,6 +82,7 @@ class NativeList final : public ReportList {
 
   wxListCtrl* list_;
   std::vector<int> widths_;  ///< that each column needs, in pixels
+  bool laid_out_ = false;    ///< until then the widths decide how large the list wants to be
 };
 
 }  // namespace

@@ -30,6 +30,9 @@ std::optional<LRESULT> Handle(const EditMaker& maker, const EditMessage& message
     case WM_SETTEXT:
       if (Replace(maker, message.edit, {0, TextOf(message.edit).size()}, message.text())) return TRUE;
       break;
+    case EM_UNDO:
+    case WM_UNDO:
+      return FALSE;  // the field knows of no edit that it could take back
     default:
       break;
   }
