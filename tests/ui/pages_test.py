@@ -120,6 +120,7 @@ class MsrPage(WindowCase, TabOrder):
         tool.check(1012, True)
         tool.check(1013, True)
         tool.enter(1014, "12345")
+        wait_for(lambda: tool.text(1014) == "12345", "the head")
         tool.enter(1015, "abcdefghijkl")
         wait_for(lambda: tool.text(1015) == "abcdefghi", "the tail to stop at nine characters")
         tool.enter(1014, "123456789")

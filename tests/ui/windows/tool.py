@@ -175,6 +175,12 @@ class Tool(DrivenTool):
         self.ask("focus", self.control(number))
         wait_for(lambda: self.focused(number), f"focus on {number}")
 
+    def enter(self, number, text):
+        """By mouse, which waits its turn behind the keys that another field still gets."""
+        self.click(number)
+        wait_for(lambda: self.focused(number), f"focus on {number}")
+        super().enter(number, text)
+
     def text(self, number):
         return self.ask("text", self.control(number))[0].replace("\r\n", "\n")
 
