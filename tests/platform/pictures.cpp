@@ -3,6 +3,7 @@
 #include <bit>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <stdexcept>
 
 namespace qlx::test {
@@ -71,12 +72,18 @@ class GifData {
   std::string codes_;
 };
 
+/// Rows of a frame in the order of its file: the first one, and the step to the next.
+struct Pass {
+  std::size_t first;
+  std::size_t step;
+};
+constexpr Pass kInPasses[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
+constexpr Pass kPlain[] = {{0, 1}};
+
 std::string FrameBytes(const GifFrame& frame, const std::vector<std::uint32_t>& palette) {
-  using Passes = std::vector<std::pair<std::size_t, std::size_t>>;
-  static const Passes kInPasses = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
-  static const Passes kPlain = {{0, 1}};
+  const auto passes = frame.interlaced ? std::span<const Pass>(kInPasses) : std::span<const Pass>(kPlain);
   GifData data(std::max(2, BitsOf(palette)));
-  for (const auto& [first, step] : frame.interlaced ? kInPasses : kPlain) {
+  for (const auto& [first, step] : passes) {
     for (std::size_t y = first; y < frame.rows.size(); y += step) {
       for (const char pixel : frame.rows[y]) data.PutPixel(static_cast<unsigned char>(pixel - '0'));
     }
