@@ -78,7 +78,7 @@ class Editing(IButtonPage):
         tool.key("ctrl+a")
         tool.type("x")
         tool.key("ctrl+c")
-        tool.focus(SUFFIX)
+        tool.click(SUFFIX)
         tool.key("ctrl+v")
         self.assert_field(tool, SUFFIX, "0D 0A")
         self.assert_field(tool, PREFIX, "0D 0A")
@@ -99,7 +99,7 @@ class Editing(IButtonPage):
         tool.enter(ASCII, "0D-0a ZZ 41")
         tool.key("ctrl+a")
         tool.key("ctrl+c")
-        tool.focus(PREFIX)
+        tool.click(PREFIX)
         tool.key("ctrl+v")
         self.assert_field(tool, PREFIX, "0D 0A 41", 8)
 
@@ -203,6 +203,7 @@ class Page(IButtonPage):
     def test_the_result_cannot_be_edited(self):
         tool = self.open_page()
         tool.enter(ASCII, "A")
+        self.assert_field(tool, HEX, "41")
         tool.focus(HEX)
         tool.type("9")
         tool.key("BackSpace")
