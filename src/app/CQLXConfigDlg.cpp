@@ -3,6 +3,7 @@
 #include <chrono>
 #include <optional>
 
+#include <wx/accel.h>
 #include <wx/button.h>
 #include <wx/sizer.h>
 
@@ -82,7 +83,9 @@ void CQLXConfigDlg::MakePages() {
 
 void CQLXConfigDlg::LayOut() {
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
-  buttons->Add(new wxButton(this, kAboutCommand, _("&About Configuration Tool...")));
+  auto* about = new wxButton(this, kAboutCommand, _("&About Configuration Tool..."));
+  SetMnemonicFromEverywhere(about->GetLabel());
+  buttons->Add(about);
   asking_ = new wxStaticText(this, wxID_ANY, _("Asking the printer..."));
   asking_->Hide();
   buttons->Add(asking_, wxSizerFlags().CentreVertical().Border(wxLEFT).ReserveSpaceEvenIfHidden());
@@ -97,11 +100,20 @@ void CQLXConfigDlg::LayOut() {
   Centre();
 }
 
+/// The native controls of some systems look for a mnemonic in the page that has the focus only.
+void CQLXConfigDlg::SetMnemonicFromEverywhere(const wxString& about_label) {
+  const wxString letter = about_label.AfterFirst('&').Left(1).Upper();
+  if (letter.empty()) return;
+  const wxAcceleratorEntry key(wxACCEL_ALT, static_cast<int>(letter[0].GetValue()), kAboutCommand);
+  SetAcceleratorTable(wxAcceleratorTable(1, &key));
+}
+
 void CQLXConfigDlg::BindEvents() {
   tabs_->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED,
               [this](wxBookCtrlEvent& event) { OnTabChanged(event.GetSelection()); });
-  Bind(
-      wxEVT_BUTTON, [this](wxCommandEvent&) { CAboutDlg(this).ShowModal(); }, kAboutCommand);
+  const auto show_about = [this](wxCommandEvent&) { CAboutDlg(this).ShowModal(); };
+  Bind(wxEVT_BUTTON, show_about, kAboutCommand);
+  Bind(wxEVT_MENU, show_about, kAboutCommand);
   Bind(
       wxEVT_BUTTON, [this](wxCommandEvent&) { OnApplyAll(); }, kApplyAllButton);
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { OnCancel(); });

@@ -51,6 +51,7 @@ class CQLXConfigDlg : public wxDialog {
  private:
   void MakePages();
   void LayOut();
+  void SetMnemonicFromEverywhere(const wxString& about_label);
   void BindEvents();
   void LoadDocument();
   void InitialisePages();

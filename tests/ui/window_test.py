@@ -4,6 +4,7 @@ import os
 import unittest
 
 from tool import Tool
+from waiting import wait_for
 from window_case import RESTART_QUESTION, SAVE_FAILED, WindowCase, complete_file
 
 LOAD_ERROR = "Error loading QLXConfig.xml!\nExiting program."
@@ -71,6 +72,8 @@ class Keys(WindowCase):
 
     def test_about_is_reached_by_keyboard(self):
         tool = self.open(complete_file())
+        tool.tab("Logging")
+        tool.focus(1022)  # the key has to leave the page that the focus is in
         tool.key("alt+a")
         tool.active_window("About Configuration Tool")
         labels = tool.labels("About Configuration Tool")
@@ -121,7 +124,7 @@ class FailedSave(WindowCase):
         os.mkdir(self.installation.file)
         tool.tab("Logging")
         tool.click(1026)
-        self.assertIn("Save File Error!", tool.window_titles())
+        wait_for(lambda: "Save File Error!" in tool.window_titles(), "the box of the failed save")
         tool.answer("OK", SAVE_FAILED.format(tool.path_shown(self.installation.file)))
         tool.answer("OK", "Log settings saved.")
         os.rmdir(self.installation.file)

@@ -9,6 +9,7 @@ from waiting import wait_for
 
 OUR_NUMBERS = range(1000, 1100)  # control ids that the tool's own windows have, and no message box
 BOX_BUTTONS = range(1, 10)
+ABOUT = "About Configuration Tool"  # the one window of the tool's own that has nothing but such a button
 ESCAPES = {"\\": "\\\\", "\t": "\\t", "\n": "\\n", "\r": "\\r"}
 MEANT = {written: meant for meant, written in ESCAPES.items()}
 WINDOW_FIELDS = 7
@@ -123,7 +124,7 @@ class Tool(DrivenTool):
 
     def is_box(self, window):
         numbers = [control.number for control in self.controls(window)]
-        return any(n in BOX_BUTTONS for n in numbers) and not any(n in OUR_NUMBERS for n in numbers)
+        return window.text != ABOUT and any(n in BOX_BUTTONS for n in numbers) and not any(n in OUR_NUMBERS for n in numbers)
 
     def box(self):
         """The message box that is open."""
