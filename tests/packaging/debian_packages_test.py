@@ -16,6 +16,7 @@ APP = "example.harlune.qlxconfig"
 PROGRAM = "opt/harlune/quillon/QLXConfig"
 TOOL = {
     PROGRAM,
+    *(f"opt/harlune/quillon/locale/{language}/LC_MESSAGES/qlxconfig.mo" for language in ("de", "es")),
     "usr/bin/QLXConfig",
     f"usr/share/applications/{APP}.desktop",
     f"usr/share/metainfo/{APP}.metainfo.xml",

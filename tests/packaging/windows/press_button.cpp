@@ -1,4 +1,5 @@
-// press_button NUMBER: presses the button of this control id in the first window to have one that can be pressed.
+// press_button NUMBER: presses the button of this control id in the first window to have one that can be
+// pressed.
 #include <chrono>
 #include <iostream>
 #include <string>
