@@ -42,7 +42,7 @@ class MemoryFiles final : public platform::FileStore {
 /// The document of one run over `files`. A save that fails breaks a promise unless `saves_may_fail`.
 inline ConfigDocument DocumentOver(MemoryFiles& files, bool saves_may_fail = false) {
   return ConfigDocument(std::make_unique<xmlclass>(platform::CreateXmlDom, files),
-                        [=](const std::wstring&, const std::wstring&) { Require(saves_may_fail); });
+                        [=](const std::wstring&) { Require(saves_may_fail); });
 }
 
 }  // namespace qlx

@@ -16,10 +16,17 @@ std::wstring Quoted(const std::filesystem::path& path) {
   return L'"' + std::filesystem::absolute(path).make_preferred().wstring() + L'"';
 }
 
+/// A service of the same name that was deleted goes when its process and its last handle have gone.
 SC_HANDLE Install(SC_HANDLE manager, const std::wstring& name, const std::wstring& command) {
-  return CreateServiceW(manager, name.c_str(), name.c_str(), SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
-                        SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, command.c_str(), nullptr, nullptr,
-                        nullptr, nullptr, nullptr);
+  for (int turn = 0; turn < kTurns; ++turn) {
+    const SC_HANDLE service =
+        CreateServiceW(manager, name.c_str(), name.c_str(), SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS,
+                       SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE, command.c_str(), nullptr, nullptr, nullptr,
+                       nullptr, nullptr);
+    if (service != nullptr || GetLastError() == ERROR_ACCESS_DENIED) return service;
+    Sleep(kTurnMs);
+  }
+  return nullptr;
 }
 
 }  // namespace
