@@ -89,6 +89,7 @@ class WindowsInstaller(unittest.TestCase):
         directory = registered().get("InstallLocation")
         if directory:
             remove(directory)
+            wine("reg", "delete", KEY, "/f")  # also when a program that has just ended kept the removal from its file
         for top in (here(DIRECTORY), here(STANDARD)):
             subprocess.run(["rm", "-rf", top], check=True)
 
