@@ -73,7 +73,8 @@ class Keys(WindowCase):
     def test_about_is_reached_by_keyboard(self):
         tool = self.open(complete_file())
         tool.tab("Logging")
-        tool.focus(1022)  # the key has to leave the page that the focus is in
+        tool.click(1022)  # the key has to leave the page that the focus is in
+        wait_for(lambda: tool.focused(1022), "the field to have the focus")
         tool.key("alt+a")
         tool.active_window("About Configuration Tool")
         labels = tool.labels("About Configuration Tool")
