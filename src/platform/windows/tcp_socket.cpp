@@ -69,14 +69,7 @@ class Winsock final : public TcpSocket {
 
   bool Connect(std::uint32_t address, std::uint16_t port, std::chrono::milliseconds limit) override {
     const sockaddr_in peer = Address(address, port);
-    if (connect(socket_, Plain(peer), sizeof peer) == 0) return true;
-    if (WSAGetLastError() != WSAEWOULDBLOCK) return false;
-    // A refusal makes the socket exceptional and never writable.
-    fd_set connected = Alone();
-    fd_set refused = Alone();
-    timeval time = Timeval(limit);
-    return EndOf(select(0, nullptr, &connected, &refused, &time)) == WaitEnd::kReady &&
-           FD_ISSET(socket_, &connected) != 0;
+    return Reach(peer, limit) && !MeetsItself(peer);
   }
 
   WaitEnd WaitWritable(std::chrono::microseconds limit) override {
@@ -95,6 +88,29 @@ class Winsock final : public TcpSocket {
   }
 
  private:
+  bool Reach(const sockaddr_in& peer, std::chrono::milliseconds limit) {
+    if (connect(socket_, Plain(peer), sizeof peer) == 0) return true;
+    if (WSAGetLastError() != WSAEWOULDBLOCK) return false;
+    // A refusal makes the socket exceptional and never writable.
+    fd_set connected = Alone();
+    fd_set refused = Alone();
+    timeval time = Timeval(limit);
+    return EndOf(select(0, nullptr, &connected, &refused, &time)) == WaitEnd::kReady &&
+           FD_ISSET(socket_, &connected) != 0;
+  }
+
+  /// Where nobody listens, the port that the system chose for us can be the one that we call: the socket then
+  /// talks to itself and keeps the port from its service. Closing it leaves the port free at once.
+  bool MeetsItself(const sockaddr_in& peer) const {
+    sockaddr_in own{};
+    int size = sizeof own;
+    getsockname(socket_, reinterpret_cast<sockaddr*>(&own), &size);
+    if (own.sin_port != peer.sin_port || own.sin_addr.s_addr != peer.sin_addr.s_addr) return false;
+    const linger at_once{1, 0};
+    setsockopt(socket_, SOL_SOCKET, SO_LINGER, reinterpret_cast<const char*>(&at_once), sizeof at_once);
+    return true;
+  }
+
   fd_set Alone() const { return {1, {socket_}}; }
 
   SOCKET socket_ = INVALID_SOCKET;
