@@ -67,12 +67,7 @@ class Rounds {
 
   /// Median over the rounds of `name`'s figure divided by `floor`'s figure of the same round.
   double Ratio(const std::string& name, const std::string& floor) const {
-    const Contender& above = Find(name);
-    const Contender& below = Find(floor);
-    std::vector<double> ratios;
-    for (std::size_t round = 0; round < above.figures.size(); ++round)
-      ratios.push_back(above.figures[round] / below.figures[round]);
-    return Median(std::move(ratios));
+    return Median(Ratios(Find(name), Find(floor)));
   }
 
   /// Prints one line "ok" or "MISSED" for the ratio and returns whether it holds.
@@ -97,14 +92,25 @@ class Rounds {
     return *found;
   }
 
+  static std::vector<double> Ratios(const Contender& above, const Contender& below) {
+    std::vector<double> ratios;
+    for (std::size_t round = 0; round < above.figures.size(); ++round)
+      ratios.push_back(above.figures[round] / below.figures[round]);
+    return ratios;
+  }
+
   void Print() const {
     std::printf("%s (%s, %zu rounds)\n", title_.c_str(), unit_.c_str(), contenders_.front().figures.size());
-    std::printf("  %-36s %14s %14s %14s %8s\n", "", "median", "least", "most", "ratio");
-    for (const Contender& contender : contenders_) {
-      const auto [least, most] = std::minmax_element(contender.figures.begin(), contender.figures.end());
-      std::printf("  %-36s %14.6g %14.6g %14.6g %7.3fx\n", contender.name.c_str(), Median(contender.figures),
-                  *least, *most, Ratio(contender.name, contenders_.front().name));
-    }
+    std::printf("  %-36s %12s %12s %12s %9s  %s\n", "", "median", "least", "most", "ratio", "least to most");
+    for (const Contender& contender : contenders_) Print(contender);
+  }
+
+  void Print(const Contender& contender) const {
+    const auto [least, most] = std::minmax_element(contender.figures.begin(), contender.figures.end());
+    const std::vector<double> ratios = Ratios(contender, contenders_.front());
+    const auto [least_ratio, most_ratio] = std::minmax_element(ratios.begin(), ratios.end());
+    std::printf("  %-36s %12.6g %12.6g %12.6g %8.3fx  %.3fx to %.3fx\n", contender.name.c_str(),
+                Median(contender.figures), *least, *most, Median(ratios), *least_ratio, *most_ratio);
   }
 
   static bool Judge(bool holds, const char* sense, double bound, const std::string& name,
