@@ -74,10 +74,10 @@ class Tool(DrivenTool):
 
     ALONE = {}  # a new prefix has no services of the suite
 
-    def __init__(self, installation, environment=None):
+    def __init__(self, installation, environment=None, rights="elevated"):
         self.driver = Driver({**os.environ, **(environment or {})})
         self.ask = self.driver.ask
-        self.ask("start", windows_path(installation.program), windows_path(installation.directory))
+        self.ask("start", windows_path(installation.program), windows_path(installation.directory), rights)
 
     @staticmethod
     def path_shown(path):

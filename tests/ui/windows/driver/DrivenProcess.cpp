@@ -4,18 +4,40 @@
 
 #include <tlhelp32.h>
 
+#include "platform/windows/Handle.h"
+
 namespace qlx::driver {
 namespace {
 
 constexpr UINT kKilled = 137;
 
+/// This process's token, which is elevated, or the one of the same user without elevation.
+platform::Handle TokenOf(Rights rights) {
+  HANDLE own = nullptr;
+  OpenProcessToken(GetCurrentProcess(), TOKEN_ALL_ACCESS, &own);
+  platform::Handle elevated(own);
+  if (rights == Rights::kElevated) return elevated;
+  TOKEN_LINKED_TOKEN linked{};
+  DWORD size = sizeof linked;
+  GetTokenInformation(elevated.get(), TokenLinkedToken, &linked, size, &size);
+  return platform::Handle(linked.LinkedToken);
+}
+
+platform::Handle PrimaryToken(Rights rights) {
+  HANDLE primary = nullptr;
+  DuplicateTokenEx(TokenOf(rights).get(), TOKEN_ALL_ACCESS, nullptr, SecurityImpersonation, TokenPrimary,
+                   &primary);
+  return platform::Handle(primary);
+}
+
 }  // namespace
 
-DrivenProcess::DrivenProcess(const std::wstring& program, const std::wstring& directory) {
+DrivenProcess::DrivenProcess(const std::wstring& program, const std::wstring& directory, Rights rights) {
+  const platform::Handle token = PrimaryToken(rights);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
-  if (CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr, directory.c_str(),
-                     &startup, &information_) == 0) {
+  if (CreateProcessAsUserW(token.get(), program.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr,
+                           directory.c_str(), &startup, &information_) == 0) {
     throw std::runtime_error("the program does not start: error " + std::to_string(GetLastError()));
   }
 }

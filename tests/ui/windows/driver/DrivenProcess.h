@@ -8,11 +8,14 @@
 
 namespace qlx::driver {
 
+/// As whom a program runs.
+enum class Rights { kElevated, kOrdinary };
+
 /// Ends the program, when it still runs, with itself.
 class DrivenProcess {
  public:
   /// Starts `program` in `directory`; throws std::runtime_error when that fails.
-  DrivenProcess(const std::wstring& program, const std::wstring& directory);
+  DrivenProcess(const std::wstring& program, const std::wstring& directory, Rights rights);
   DrivenProcess(const DrivenProcess&) = delete;
   DrivenProcess& operator=(const DrivenProcess&) = delete;
   ~DrivenProcess();

@@ -55,6 +55,14 @@ std::wstring CellText(HWND list, int row, int column) {
   return buffer.ReadText();
 }
 
+/// In which the toolkit shows everything: a font of another process cannot be used.
+HFONT MessageFont(HWND control) {
+  NONCLIENTMETRICSW metrics{};
+  metrics.cbSize = sizeof metrics;
+  SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, GetDpiForWindow(control));
+  return CreateFontIndirectW(&metrics.lfMessageFont);
+}
+
 std::wstring TakeText(BSTR text) {
   const std::wstring taken = text == nullptr ? L"" : text;
   SysFreeString(text);
@@ -107,6 +115,21 @@ RECT CellPlace(HWND list, int row) {
   RECT place = buffer.Read();
   MapWindowPoints(list, nullptr, reinterpret_cast<POINT*>(&place), 2);
   return place;
+}
+
+SIZE RoomForText(HWND control) {
+  const HDC screen = GetDC(nullptr);
+  const HFONT font = MessageFont(control);
+  const HGDIOBJ before = SelectObject(screen, font);
+  RECT place{};
+  GetClientRect(control, &place);
+  const std::wstring text = TextOf(control);
+  const UINT lines = ClassOf(control) == L"Static" ? DT_WORDBREAK : DT_SINGLELINE;
+  DrawTextW(screen, text.c_str(), -1, &place, DT_CALCRECT | lines);
+  SelectObject(screen, before);
+  DeleteObject(font);
+  ReleaseDC(nullptr, screen);
+  return {place.right, place.bottom};
 }
 
 AccessibleTexts AccessibleTextsOf(HWND control) {

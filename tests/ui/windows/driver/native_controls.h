@@ -33,6 +33,10 @@ Table TableOf(HWND list);
 /// On the screen.
 RECT CellPlace(HWND list, int row);
 
+/// What a label or a button needs for its text in its font; of a text in several lines at the control's
+/// width.
+SIZE RoomForText(HWND control);
+
 struct AccessibleTexts {
   std::wstring name;
   std::wstring description;

@@ -64,8 +64,10 @@ void Append(Fields& fields, const Fields& more) {
   fields.insert(fields.end(), more.begin(), more.end());
 }
 
+/// PROGRAM DIRECTORY and "elevated" or "ordinary".
 Fields Start(const Fields& arguments) {
-  program = std::make_unique<DrivenProcess>(arguments.at(1), arguments.at(2));
+  const Rights rights = arguments.at(3) == L"elevated" ? Rights::kElevated : Rights::kOrdinary;
+  program = std::make_unique<DrivenProcess>(arguments.at(1), arguments.at(2), rights);
   return {};
 }
 
@@ -194,6 +196,12 @@ Fields Accessible(const Fields& arguments) {
   return {texts.name, texts.description};
 }
 
+/// The width and the height that the control needs to show all of its text.
+Fields Room(const Fields& arguments) {
+  const SIZE room = RoomForText(Window(arguments));
+  return {Number(room.cx), Number(room.cy)};
+}
+
 /// Registers an interface of the class of the virtual ports.
 Fields Plug(const Fields& arguments) {
   interfaces[arguments.at(1)] = std::make_unique<testing::RegisteredInterface>(arguments.at(1));
@@ -248,6 +256,7 @@ const std::map<std::wstring, std::function<Fields(const Fields&)>> kCommands = {
     {L"text-length", TextLength},
     {L"accessible", Accessible},
     {L"foreground", Foreground},
+    {L"room", Room},
     {L"plug", Plug},
     {L"unplug", Unplug},
     {L"install", Install},
@@ -274,6 +283,8 @@ void Serve() {
 }  // namespace qlx::driver
 
 int main() {
+  // Places as they are on the screen, where the mouse of a test goes.
+  SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
   CoInitialize(nullptr);
