@@ -82,6 +82,13 @@ class DrivenTool:
         wait_for(lambda: self.text(number) == "", f"field {number} to become empty")
         self.type(text)
 
+    def fill(self, number, text, shown=None):
+        """Replaces a field's text by typing and waits until all of it has arrived; what is shown may differ from what
+        is typed."""
+        self.enter(number, text)
+        shown = text if shown is None else shown
+        wait_for(lambda: self.text(number) == shown, f"field {number} to show {shown!r}")
+
     def choose(self, number, item, before):
         """Chooses an item of a drop-down list by keyboard, coming from the control that precedes it."""
         self.focus(before)

@@ -30,8 +30,8 @@ class Visit(WindowCase):
     def change_logging(self, tool):
         tool.tab("Logging")
         tool.set_text(1025, " C:\\Log\\\u00e4\u4e2d\U0001f5a8 <a> & \"b\" 'c'.log ")
-        tool.enter(1023, "2048")
-        tool.enter(1022, "4711")
+        tool.fill(1023, "2048")
+        tool.fill(1022, "4711")
         tool.choose(1019, "Verbose", before=1022)
         tool.check(1037, False)
 
@@ -39,19 +39,19 @@ class Visit(WindowCase):
         tool.tab("MSR")
         tool.check(1002, True)
         tool.check(1006, True)
-        tool.enter(1008, "<")
-        tool.enter(1010, "")
+        tool.fill(1008, "<")
+        tool.fill(1010, "")
         tool.check(1012, True)
-        tool.enter(1014, "a&b]]>")
+        tool.fill(1014, "a&b]]>")
 
     def change_ibutton(self, tool):
         tool.tab("iButton")
         tool.pick(1044, "3")
         tool.pick(1043, "TAB")
-        tool.enter(1046, "Key:")
+        tool.fill(1046, "Key:")
         tool.click(1048)
         wait_for(lambda: tool.text(1040) == "4B 65 79 3A", "the converted prefix")
-        tool.enter(1041, "0d0a")
+        tool.fill(1041, "0d0a", shown="0D 0A")
 
     def change_printer(self, tool):
         tool.tab("Printer")

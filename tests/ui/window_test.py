@@ -88,9 +88,9 @@ class ApplyAll(WindowCase):
     def test_saves_every_page_without_the_pages_messages(self):
         tool = self.open(complete_file())
         tool.tab("Logging")
-        tool.enter(1022, "4000")
+        tool.fill(1022, "4000")
         tool.tab("MSR")
-        tool.enter(1008, "#")
+        tool.fill(1008, "#")
         tool.click(1031)
         tool.answer("OK", "All settings saved.")
         self.assertEqual(self.installation.section("Logging_Configuration")["TCP_Port"], "4000")
