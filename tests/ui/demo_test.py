@@ -25,6 +25,7 @@ TITLES = [
     "Cash Drawer Demo",
     "Printer Demo",
 ]
+OPENED = "<COM Port Opened>"  # the first line of the output
 PORT_OF = {MSR: "COM3", DISPLAY: "COM4", IBUTTON: "COM5", DRAWER_1: "COM6", DRAWER_2: "COM6", PCI: "COM7", PRINTER: "COM8"}
 ELEMENTS = (
     "<MSR_USB>COM3</MSR_USB><LD_USB>COM4</LD_USB><IB_USB>COM5</IB_USB>"
@@ -52,7 +53,7 @@ class DemoCase(WindowCase):
         tool.select(LIST, kind)
         tool.click(DEMO)
         tool.active_window(TITLES[kind])
-        self.await_output(tool, "<COM Port Opened>")
+        self.await_output(tool, OPENED)
         return tool, self.ports[PORT_OF[kind]]
 
     def await_output(self, tool, text):
@@ -71,7 +72,7 @@ class Kinds(DemoCase):
             tool.click(DEMO)
             tool.active_window(title)
             self.assertEqual(tool.name(PORT_LABEL), PORT_OF[kind])
-            self.await_output(tool, "<COM Port Opened>")
+            self.await_output(tool, OPENED)
             labels = [tool.name(number) if tool.find(number) else None for number in (COMMAND, COMMAND_2)]
             expected = {DISPLAY: ["Send Text", None], PRINTER: ["Print Receipt", None]}
             drawers = ["Open CDs", "Get Status"]
@@ -122,7 +123,7 @@ class Kinds(DemoCase):
         receipt = printer.receive(564)
         self.assertTrue(receipt.startswith(b"\x1b\x61\x01\x1b\x21\x09\x1d\x21\x35Harlune\n"))
         self.assertTrue(receipt.endswith(b"\x0c\x1b\x61\x00\x1b\x21\x00\x1d\x21\x00\x1d\x68\xa2\x1d\x48\x00\x1d\x66\x00"))
-        self.assertEqual(tool.text(OUTPUT), "<COM Port Opened>")
+        self.assertEqual(tool.text(OUTPUT), OPENED)
 
 
 class Window(DemoCase):
@@ -240,9 +241,9 @@ class Troubles(DemoCase):
         clear = tool.bounds(CLEAR)
         tool.check(HEX, True)
         wait_for(lambda: tool.text_length(OUTPUT) > 1000000, "the flood")
-        shown = tool.text_length(OUTPUT)
+        self.assertEqual(tool.text_start(OUTPUT, len(OPENED)), OPENED)
         click_at(clear)
-        wait_for(lambda: tool.text_length(OUTPUT) < shown, "the output to have been emptied")
+        wait_for(lambda: tool.text_start(OUTPUT, len(OPENED)) != OPENED, "the output to have been emptied")
         tool.click(CLOSE)
         tool.main_window()
         threads = tool.threads()
@@ -269,7 +270,7 @@ class Troubles(DemoCase):
         for _ in range(10):
             tool.click(DEMO)
             tool.active_window("MSR Demo")
-            self.await_output(tool, "<COM Port Opened>")
+            self.await_output(tool, OPENED)
             self.ports["COM3"].unplug()
             self.await_output(tool, "<Error Reading Port>")
             tool.key("Escape")
@@ -309,7 +310,7 @@ class AfterAChange(DemoCase):
         tool.answer("Yes", DEMO_QUESTION)
         tool.answer("OK", "Quillon services restarted.\n")
         tool.active_window("MSR Demo")
-        self.await_output(tool, "<COM Port Opened>")
+        self.await_output(tool, OPENED)
         tool.key("Escape")
         tool.main_window()
         tool.click(DEMO)  # the change is in force: no more question, now or at the close

@@ -26,8 +26,8 @@ def click_at(bounds, button=1):
 class DrivenTool:
     """The running program. Controls are named by their numbers, windows by their titles; each platform's Tool
     answers how they look: windows, box, box_text, box_buttons, find, bounds, cell_bounds, enabled, checked,
-    focused, text, caret, chosen, items, tabs, current_tab, rows, selected_row, name, labels; and does what
-    neither mouse nor keyboard do: focus, set_text, pick, wait, kill."""
+    focused, text, text_start, text_length, caret, chosen, items, tabs, current_tab, rows, selected_row, name, labels;
+    and does what neither mouse nor keyboard do: focus, set_text, pick, wait, kill."""
 
     # Windows
 

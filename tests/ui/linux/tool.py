@@ -204,6 +204,10 @@ class Tool(DrivenTool):
     def text(self, number):
         return self.control(number).queryText().getText(0, -1)
 
+    def text_start(self, number, count):
+        """The first characters, however long the whole is."""
+        return self.control(number).queryText().getText(0, count)
+
     def text_length(self, number):
         return self.control(number).queryText().characterCount
 

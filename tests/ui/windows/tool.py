@@ -185,6 +185,10 @@ class Tool(DrivenTool):
     def text(self, number):
         return self.ask("text", self.control(number))[0].replace("\r\n", "\n")
 
+    def text_start(self, number, count):
+        """The first characters, however long the whole is."""
+        return self.ask("text-start", self.control(number), count)[0]
+
     def text_length(self, number):
         return int(self.ask("text-length", self.control(number))[0])
 

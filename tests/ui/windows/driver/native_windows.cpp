@@ -79,7 +79,11 @@ std::wstring ClassOf(HWND window) {
 }
 
 std::wstring TextOf(HWND window) {
-  std::wstring text(static_cast<std::size_t>(Ask(window, WM_GETTEXTLENGTH)) + 1, L'\0');
+  return TextStartOf(window, static_cast<std::size_t>(Ask(window, WM_GETTEXTLENGTH)));
+}
+
+std::wstring TextStartOf(HWND window, std::size_t count) {
+  std::wstring text(count + 1, L'\0');
   const LRESULT length = Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
   text.resize(static_cast<std::size_t>(length));
   return text;

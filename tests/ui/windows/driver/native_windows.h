@@ -30,6 +30,8 @@ void GiveFocus(HWND control);
 
 std::wstring ClassOf(HWND window);
 std::wstring TextOf(HWND window);
+/// Its first `count` characters.
+std::wstring TextStartOf(HWND window, std::size_t count);
 
 /// The result of a message; 0 when the window has not answered within some seconds.
 LRESULT Ask(HWND window, UINT message, WPARAM wparam = 0, LPARAM lparam = 0);

@@ -142,6 +142,12 @@ Fields Text(const Fields& arguments) {
   return {TextOf(Window(arguments))};
 }
 
+/// CONTROL and how many characters of its text at most.
+Fields TextStart(const Fields& arguments) {
+  const auto count = static_cast<std::size_t>(Integer(arguments, 2));
+  return {TextStartOf(Window(arguments), count)};
+}
+
 Fields TextLength(const Fields& arguments) {
   return {Number(Ask(Window(arguments), WM_GETTEXTLENGTH))};
 }
@@ -254,6 +260,7 @@ const std::map<std::wstring, std::function<Fields(const Fields&)>> kCommands = {
     {L"rows", Rows},
     {L"cell", Cell},
     {L"text-length", TextLength},
+    {L"text-start", TextStart},
     {L"accessible", Accessible},
     {L"foreground", Foreground},
     {L"room", Room},
