@@ -19,7 +19,7 @@ struct HidDevice {
   std::wstring name;
 };
 
-/// The system's HID functions. User-interface thread.
+/// The system's HID functions. One thread at a time in the whole process.
 class HidLibrary {
  public:
   virtual ~HidLibrary() = default;

@@ -1,5 +1,6 @@
 #include "ports/PORTSDialog.h"
 
+#include <chrono>
 #include <utility>
 
 #include <wx/sizer.h>
@@ -37,6 +38,14 @@ constexpr const char* kRows[kDeviceKinds] = {Translatable("MSR"),
                                              Translatable("Cash Drawer 2 (USB)"),
                                              Translatable("Cash Drawer (PCI)"),
                                              Translatable("Printer")};
+
+// Read after the device's name.
+constexpr const wchar_t* kAbsent = Translatable(L"%s is not present.");
+constexpr const wchar_t* kAbsentAtStart = Translatable(L"%s was not present at the start. Saving clears it.");
+constexpr std::size_t kLongestPort = 32;  // of what a file may hold in a port's place
+constexpr int kAbsentCharacters = 72;     // of a line, as the rows are wide
+
+constexpr std::chrono::seconds kPortsPause{2};
 
 constexpr const wchar_t* kNoDocument = Translatable(L"Error loading Ports settings!\nExiting program.");
 constexpr const wchar_t* kSaved = Translatable(L"Ports settings saved.");
@@ -80,6 +89,8 @@ void PORTSDialog::LayOut() {
   buttons->Add(apply_);
   auto* page = new wxBoxSizer(wxVERTICAL);
   page->Add(&list_->window(), wxSizerFlags(1).Expand().Border(wxALL));
+  absent_ports_ = new wxStaticText(this, wxID_ANY, "");
+  page->Add(absent_ports_, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM));
   page->Add(buttons, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
   SetSizer(page);
 }
@@ -97,7 +108,8 @@ void PORTSDialog::BindEvents() {
 
 void PORTSDialog::Initialise(ConfigDocument* document, bool editable) {
   if (document == nullptr) return end_program_(kNoDocument);
-  settings_ = PORTSSettings(DiscoverPorts(*platform::VirtualPortInterfaces()));
+  present_ports_ = DiscoverPorts(*platform::VirtualPortInterfaces());
+  settings_ = PORTSSettings(present_ports_);
   document_ = document;
   editable_ = editable;
   clear_all_->Enable(editable);
@@ -106,10 +118,12 @@ void PORTSDialog::Initialise(ConfigDocument* document, bool editable) {
   Fill();
   UpdateButtons();
   PublishIds(*this);
+  WatchPorts();
 }
 
 void PORTSDialog::SaveToData() {
   settings_.Save(*document_);
+  TellAbsentPorts();
 }
 
 void PORTSDialog::Fill() {
@@ -120,6 +134,39 @@ void PORTSDialog::Fill() {
     list_->SetCell(row, 3, device.usb.product);
     list_->SetCell(row, 4, device.usb.serial);
   }
+  TellAbsentPorts();
+}
+
+void PORTSDialog::WatchPorts() {
+  const std::shared_ptr<platform::DeviceInterfaces> interfaces = platform::VirtualPortInterfaces();
+  watch_ = std::make_unique<DeviceWatch>([interfaces] { return PresentDevices{DiscoverPorts(*interfaces)}; },
+                                         [this](const PresentDevices& present) {
+                                           calls_.Post([this, ports = present.ports] {
+                                             present_ports_ = ports;
+                                             TellAbsentPorts();
+                                           });
+                                         },
+                                         kPortsPause);
+}
+
+void PORTSDialog::TellAbsentPorts() {
+  const wxString words = AbsentPortsInWords();
+  absent_ports_->SetLabelText(words);
+  absent_ports_->Wrap(kAbsentCharacters * GetCharWidth());
+  absent_ports_->Show(!words.empty());
+  SetAccessibleDescription(list_->window(), words);
+  Layout();
+}
+
+wxString PORTSDialog::AbsentPortsInWords() const {
+  wxString words;
+  for (const AbsentPort& absent :
+       settings_.AbsentPorts(document_->ReadSection(L"Ports_Configuration"), present_ports_)) {
+    if (!words.empty()) words += "\n";
+    words += _(kRows[static_cast<std::size_t>(absent.kind)]) + ": " +
+             Translated(Message{absent.kept ? kAbsent : kAbsentAtStart, absent.port.substr(0, kLongestPort)});
+  }
+  return words;
 }
 
 std::optional<DeviceKind> PORTSDialog::SelectedKind() const {
@@ -142,12 +189,23 @@ void PORTSDialog::Configure() {
   UsbSelection selection(*kind, settings_.ports(), devices_.ForKind(*kind), supported_,
                          {settings_.row(first).port, settings_.row(first).usb,
                           drawers ? settings_.row(kCashDrawer2).usb : UsbIdentity{}});
-  if (ConfigUsbDialog(wxGetTopLevelParent(this), *kind, selection).ShowModal() != wxID_OK) return;
+  if (ConfigUsbDialog(wxGetTopLevelParent(this), *kind, selection, LookFor(*kind)).ShowModal() != wxID_OK)
+    return;
   const UsbChoice choice = selection.Result();
   settings_.Configure(*kind, {choice.port, choice.first}, choice.second);
   Fill();
   SaveToData();
   UpdateButtons();
+}
+
+/// Uses the page's own list of devices, which the page leaves alone as long as the window is open.
+DeviceWatch::Look PORTSDialog::LookFor(DeviceKind kind) {
+  return [this, kind, ports = std::shared_ptr(platform::VirtualPortInterfaces()),
+          devices = devices_.ForKind(kind)]() mutable {
+    // A walk that a device's coming or going has broken off says nothing about the others.
+    if (devices_.Refresh()) devices = devices_.ForKind(kind);
+    return PresentDevices{DiscoverPorts(*ports), devices};
+  };
 }
 
 void PORTSDialog::Demo() {

@@ -22,6 +22,10 @@ constexpr DeviceElement kElements[] = {
     {L"CD_PCI", kCashDrawerPci, Identities::kNone}, {L"PRINTER_USB", kPrinter, Identities::kOne},
 };
 
+bool Holds(const std::vector<std::wstring>& ports, const std::wstring& port) {
+  return std::ranges::find(ports, port) != ports.end();
+}
+
 std::wstring Attribute(const ConfigNode& element, const wchar_t* name) {
   const auto found = element.attributes.find(name);
   return found == element.attributes.end() ? std::wstring() : found->second;
@@ -37,7 +41,7 @@ void PORTSSettings::Load(const std::vector<ConfigNode>& elements) {
   for (const ConfigNode& element : elements) {
     const auto found = std::ranges::find(kElements, element.name, &DeviceElement::name);
     if (found == std::end(kElements)) continue;
-    if (std::ranges::find(ports_, element.text) != ports_.end()) Row(found->kind).port = element.text;
+    if (Holds(ports_, element.text)) Row(found->kind).port = element.text;
     if (found->identities != Identities::kTwo) continue;
     Row(kCashDrawer1).usb = {Attribute(element, L"VID"), Attribute(element, L"PID"),
                              Attribute(element, L"Serial_Number")};
@@ -72,6 +76,23 @@ void PORTSSettings::Configure(DeviceKind kind, const PortRow& choice, const UsbI
   }
   Row(kind) = choice;
   if (kind == kCashDrawer1) Row(kCashDrawer2).usb = second;
+  if (!choice.port.empty() && !Holds(ports_, choice.port)) ports_.push_back(choice.port);
+}
+
+std::vector<AbsentPort> PORTSSettings::AbsentPorts(const std::vector<ConfigNode>& stored,
+                                                   const std::vector<std::wstring>& present) const {
+  std::vector<AbsentPort> absent;
+  for (const DeviceElement& element : kElements) {
+    const std::wstring& port = row(element.kind).port;
+    if (!port.empty()) {
+      if (!Holds(present, port)) absent.push_back({element.kind, port, true});
+      continue;
+    }
+    const auto found = std::ranges::find(stored, element.name, &ConfigNode::name);
+    if (found == stored.end() || found->text.empty() || Holds(ports_, found->text)) continue;
+    absent.push_back({element.kind, found->text, false});
+  }
+  return absent;
 }
 
 }  // namespace qlx

@@ -18,6 +18,14 @@ struct PortRow {
   bool operator==(const PortRow&) const = default;
 };
 
+/// A port that a row is bound to and that the terminal does not have.
+struct AbsentPort {
+  DeviceKind kind;
+  std::wstring port;
+  bool kept;  ///< by a save; false for one that was absent when the file was loaded
+  bool operator==(const AbsentPort&) const = default;
+};
+
 /// Section Ports_Configuration: one row a device kind. User-interface thread.
 class PORTSSettings {
  public:
@@ -41,8 +49,13 @@ class PORTSSettings {
   void Clear() { rows_ = {}; }
 
   /// Takes a choice for `kind`; `second` is the second drawer's and counts for the USB drawers only. Another
-  /// row that had the port loses it.
+  /// row that had the port loses it. A port that has been plugged in since the start may be chosen again.
   void Configure(DeviceKind kind, const PortRow& choice, const UsbIdentity& second);
+
+  /// In the order of the rows: of those with a port, whose port is not among `present`; of those without,
+  /// whose port in the file, as `stored`, was not there when the tool started.
+  std::vector<AbsentPort> AbsentPorts(const std::vector<ConfigNode>& stored,
+                                      const std::vector<std::wstring>& present) const;
 
  private:
   PortRow& Row(DeviceKind kind) { return rows_[static_cast<std::size_t>(kind)]; }

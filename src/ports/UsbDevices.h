@@ -18,12 +18,13 @@ struct UsbDevice {
   std::uint16_t product = 0;
   std::wstring serial;
   std::wstring name;
+  bool operator==(const UsbDevice&) const = default;
 };
 
 /// Vendor or product identifier as the configuration file writes it: "0x" and four lower-case digits.
 std::wstring FormatId(std::uint16_t id);
 
-/// User-interface thread only.
+/// One thread at a time.
 class UsbDevices {
  public:
   /// Without a library nothing is ever found.

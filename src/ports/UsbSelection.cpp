@@ -33,68 +33,132 @@ const UsbSelectionLook& LookOf(DeviceKind kind) {
   return kLooks[static_cast<std::size_t>(kind)];
 }
 
-UsbSelection::UsbSelection(DeviceKind kind, std::vector<std::wstring> ports, std::vector<UsbDevice> devices,
-                           const SupportedDevices& supported, UsbChoice current)
+UsbSelection::UsbSelection(DeviceKind kind, std::vector<std::wstring> ports,
+                           const std::vector<UsbDevice>& devices, const SupportedDevices& supported,
+                           UsbChoice current)
     : has_choice_(LookOf(kind).devices_enabled),
-      ports_(std::move(ports)),
-      devices_(std::move(devices)),
       supported_(supported),
-      first_(std::move(current.first)),
-      second_(std::move(current.second)),
+      present_ports_(std::move(ports)),
+      first_{std::move(current.first)},
+      second_{std::move(current.second)},
       second_enabled_(has_choice_) {
-  const auto port = std::ranges::find(ports_, current.port);
-  if (port != ports_.end()) port_item_ = static_cast<std::size_t>(port - ports_.begin());
-  first_item_ = ItemOf(first_);
-  if (HoldsBothDrawers(first_item_)) {
-    second_ = {};
-    second_enabled_ = false;
-  }
-  if (second_enabled_) second_item_ = ItemOf(second_);
+  OfferPorts(std::ranges::find(present_ports_, current.port) == present_ports_.end() ? nullptr
+                                                                                     : &current.port);
+  TakeDevices(devices);
+}
+
+void UsbSelection::TakePresent(std::vector<std::wstring> ports, const std::vector<UsbDevice>& devices) {
+  present_ports_ = std::move(ports);
+  const std::wstring chosen = Result().port;
+  OfferPorts(port_item_ ? &chosen : nullptr);
+  TakeDevices(devices);
+}
+
+bool UsbSelection::port_present() const {
+  return !port_item_ || std::ranges::find(present_ports_, ports_[*port_item_]) != present_ports_.end();
+}
+
+void UsbSelection::ChoosePort(std::size_t item) {
+  const std::wstring chosen = ports_.at(item);
+  OfferPorts(&chosen);
 }
 
 std::vector<std::wstring> UsbSelection::DeviceItems() const {
-  std::vector<std::wstring> items = {Translatable(L"Auto")};
-  for (std::size_t position = 1; position <= devices_.size(); ++position) {
-    items.emplace_back(1, static_cast<wchar_t>(L'a' - 1 + position));
+  std::vector<std::wstring> items;
+  for (const std::size_t number : OfferedDevices()) {
+    items.push_back(number == kAuto ? Translatable(L"Auto")
+                                    : std::wstring(1, static_cast<wchar_t>(L'a' - 1 + number)));
   }
   return items;
 }
 
-void UsbSelection::ChooseFirst(std::size_t item) {
-  SetFirst(item);
-  if (item != kAuto && second_item_ == item) SetSecond(kAuto);  // one device cannot be both drawers
-  if (!has_choice_) return;
-  second_enabled_ = !HoldsBothDrawers(item);
-  if (!second_enabled_) SetSecond(kAuto);
-}
-
-void UsbSelection::ChooseSecond(std::size_t item) {
-  SetSecond(item);
-  if (item != kAuto && first_item_ == item) SetFirst(kAuto);
-  if (HoldsBothDrawers(item)) ChooseFirst(item);
-}
-
 UsbChoice UsbSelection::Result() const {
-  return {port_item_ ? ports_.at(*port_item_) : std::wstring(), first_, second_};
+  return {port_item_ ? ports_.at(*port_item_) : std::wstring(), first_.identity, second_.identity};
 }
 
-std::size_t UsbSelection::ItemOf(const UsbIdentity& identity) const {
-  const auto found = std::ranges::find(devices_, identity, IdentityOf);
+/// A chosen port that has gone keeps its place.
+void UsbSelection::OfferPorts(const std::wstring* chosen) {
+  ports_ = present_ports_;
+  if (chosen == nullptr) return port_item_.reset();
+  auto place = std::ranges::find(ports_, *chosen);
+  if (place == ports_.end()) {
+    const std::size_t before = std::min(port_item_.value_or(0), ports_.size());
+    place = ports_.insert(ports_.begin() + static_cast<std::ptrdiff_t>(before), *chosen);
+  }
+  port_item_ = static_cast<std::size_t>(place - ports_.begin());
+}
+
+void UsbSelection::TakeDevices(const std::vector<UsbDevice>& devices) {
+  for (Seen& seen : devices_) seen.present = false;
+  for (const UsbDevice& device : devices) {
+    // Equal devices cannot be told apart, but they can be counted.
+    const auto known = std::ranges::find_if(
+        devices_, [&](const Seen& seen) { return !seen.present && seen.device == device; });
+    if (known == devices_.end()) {
+      devices_.push_back({device, true});
+    } else {
+      known->present = true;
+    }
+  }
+  ChooseStored();
+}
+
+void UsbSelection::ChooseStored() {
+  if (first_.device == kAuto) first_.device = NumberOf(first_.identity);
+  if (HoldsBothDrawers(first_.device)) {
+    second_ = {};
+    second_enabled_ = false;
+  }
+  if (second_enabled_ && second_.device == kAuto) second_.device = NumberOf(second_.identity);
+}
+
+std::vector<std::size_t> UsbSelection::OfferedDevices() const {
+  std::vector<std::size_t> numbers = {kAuto};
+  for (std::size_t number = 1; number <= devices_.size(); ++number) {
+    const bool chosen = number == first_.device || number == second_.device;
+    if (chosen || devices_[number - 1].present) numbers.push_back(number);
+  }
+  return numbers;
+}
+
+std::size_t UsbSelection::ItemOf(const Chosen& chosen) const {
+  const auto numbers = OfferedDevices();
+  return static_cast<std::size_t>(std::ranges::find(numbers, chosen.device) - numbers.begin());
+}
+
+std::size_t UsbSelection::NumberOf(const UsbIdentity& identity) const {
+  const auto found =
+      std::ranges::find(devices_, identity, [](const Seen& seen) { return IdentityOf(seen.device); });
   return found == devices_.end() ? kAuto : static_cast<std::size_t>(found - devices_.begin()) + 1;
 }
 
-bool UsbSelection::HoldsBothDrawers(std::size_t item) const {
-  return has_choice_ && item != kAuto && supported_.HoldsBothDrawers(devices_.at(item - 1).product);
+bool UsbSelection::IsPresent(const UsbIdentity& identity) const {
+  return identity == UsbIdentity{} || std::ranges::any_of(devices_, [&](const Seen& seen) {
+           return seen.present && IdentityOf(seen.device) == identity;
+         });
 }
 
-void UsbSelection::SetFirst(std::size_t item) {
-  first_ = item == kAuto ? UsbIdentity{} : IdentityOf(devices_.at(item - 1));
-  first_item_ = item;
+bool UsbSelection::HoldsBothDrawers(std::size_t number) const {
+  return has_choice_ && number != kAuto && supported_.HoldsBothDrawers(devices_[number - 1].device.product);
 }
 
-void UsbSelection::SetSecond(std::size_t item) {
-  second_ = item == kAuto ? UsbIdentity{} : IdentityOf(devices_.at(item - 1));
-  second_item_ = item;
+void UsbSelection::TakeFirst(std::size_t number) {
+  first_ = Choice(number);
+  if (number != kAuto && second_.device == number) second_ = {};  // one device cannot be both drawers
+  if (!has_choice_) return;
+  second_enabled_ = !HoldsBothDrawers(number);
+  if (!second_enabled_) second_ = {};
+}
+
+void UsbSelection::TakeSecond(std::size_t number) {
+  second_ = Choice(number);
+  if (number != kAuto && first_.device == number) first_ = {};
+  if (HoldsBothDrawers(number)) TakeFirst(number);
+}
+
+UsbSelection::Chosen UsbSelection::Choice(std::size_t number) const {
+  if (number == kAuto) return {};
+  return {IdentityOf(devices_[number - 1].device), number};
 }
 
 }  // namespace qlx

@@ -131,5 +131,42 @@ TEST_F(PORTSSettingsTest, ElementsOfTheSameNamesElsewhereInTheFileStay) {
   EXPECT_EQ(file_->document().ReadSection(L"Other")[0].text, L"mine");
 }
 
+TEST_F(PORTSSettingsTest, APortThatHasBeenPluggedInSinceTheStartIsOfferedOnceItWasChosen) {
+  PORTSSettings settings = Loaded(L"");
+  settings.Configure(kMsr, {L"COM9", {}}, {});
+  settings.Configure(kMsr, {L"", {}}, {});
+  EXPECT_EQ(settings.ports(), (std::vector<std::wstring>{L"COM1", L"", L"COM2", L"COM3", L"COM9"}));
+}
+
+class AbsentPorts : public PORTSSettingsTest {
+ protected:
+  std::vector<AbsentPort> AbsentFrom(const PORTSSettings& settings,
+                                     const std::vector<std::wstring>& present) {
+    return settings.AbsentPorts(file_->document().ReadSection(kSection), present);
+  }
+};
+
+TEST_F(AbsentPorts, AStoredPortThatWasNotThereAtTheStartIsNotKept) {
+  const PORTSSettings settings = Loaded(L"<MSR_USB>COM12</MSR_USB><CD_USB>COM2</CD_USB><CD_PCI/>");
+  EXPECT_EQ(AbsentFrom(settings, {L"COM2"}), (std::vector<AbsentPort>{{kMsr, L"COM12", false}}));
+  EXPECT_EQ(AbsentFrom(settings, {L"COM2", L"COM12"}).size(), 1U) << "it is still lost";
+  SavedBy(settings);
+  EXPECT_EQ(AbsentFrom(settings, {L"COM2"}).size(), 0U);
+}
+
+TEST_F(AbsentPorts, ABoundPortThatHasGoneSinceIsKept) {
+  const PORTSSettings settings = Loaded(L"<PRINTER_USB>COM1</PRINTER_USB><CD_USB>COM2</CD_USB>");
+  EXPECT_EQ(AbsentFrom(settings, {L"COM1", L"COM2"}).size(), 0U);
+  EXPECT_EQ(AbsentFrom(settings, {}),
+            (std::vector<AbsentPort>{{kCashDrawer1, L"COM2", true}, {kPrinter, L"COM1", true}}));
+  EXPECT_EQ(SavedBy(settings)[5], (std::pair<std::wstring, std::wstring>{L"PRINTER_USB", L"COM1"}));
+}
+
+TEST_F(AbsentPorts, AClearedRowIsMissingNothing) {
+  PORTSSettings settings = Loaded(L"<PRINTER_USB>COM1</PRINTER_USB>");
+  settings.Clear();
+  EXPECT_EQ(AbsentFrom(settings, {}).size(), 0U);
+}
+
 }  // namespace
 }  // namespace qlx

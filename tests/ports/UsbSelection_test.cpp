@@ -212,6 +212,104 @@ TEST(UsbSelectionKinds, EveryKindHasItsTitleAndLabels) {
   }
 }
 
+TEST(UsbSelectionLive, PortsComeAndGoAndTheChosenOneStaysChosen) {
+  UsbSelection selection = Drawers({.port = L"COM7"});
+  selection.TakePresent({L"COM5", L"COM7", L"COM9"}, {});
+  EXPECT_THAT(selection.ports(), ElementsAre(L"COM5", L"COM7", L"COM9"));
+  EXPECT_EQ(selection.Result().port, L"COM7");
+  EXPECT_TRUE(selection.port_present());
+}
+
+TEST(UsbSelectionLive, AChosenPortThatHasGoneIsOfferedInItsPlaceAndReturned) {
+  UsbSelection selection = Drawers({.port = L"COM3"});
+  selection.TakePresent({L"COM7"}, {});
+  EXPECT_THAT(selection.ports(), ElementsAre(L"COM3", L"COM7"));
+  EXPECT_EQ(selection.Result().port, L"COM3");
+  EXPECT_FALSE(selection.port_present());
+  selection.TakePresent({L"COM3", L"COM7"}, {});
+  EXPECT_THAT(selection.ports(), ElementsAre(L"COM3", L"COM7"));
+  EXPECT_TRUE(selection.port_present());
+}
+
+TEST(UsbSelectionLive, APortThatHasGoneIsNoLongerOfferedOnceAnotherIsChosen) {
+  UsbSelection selection = Drawers({.port = L"COM3"});
+  selection.TakePresent({L"COM7"}, {});
+  selection.ChoosePort(1);
+  EXPECT_THAT(selection.ports(), ElementsAre(L"COM7"));
+  EXPECT_EQ(selection.Result().port, L"COM7");
+  EXPECT_TRUE(selection.port_present());
+}
+
+TEST(UsbSelectionLive, WithNoPortChosenNoneIsMissing) {
+  UsbSelection selection = Drawers();
+  selection.TakePresent({}, {});
+  EXPECT_TRUE(selection.port_present());
+  EXPECT_EQ(selection.port_item(), std::nullopt);
+}
+
+TEST(UsbSelectionLive, OtherDevicesKeepTheirLettersWhenOneGoes) {
+  UsbSelection selection = Drawers();
+  selection.ChooseFirst(2);
+  selection.TakePresent({}, {kDrawer2, kDual});
+  EXPECT_THAT(selection.DeviceItems(), ElementsAre(L"Auto", L"b", L"c"));
+  EXPECT_EQ(selection.first_item(), 1U);
+  EXPECT_EQ(selection.first(), kId2);
+}
+
+TEST(UsbSelectionLive, ADeviceThatComesBackHasItsLetterAndANewOneTheNext) {
+  UsbSelection selection(kCashDrawer1, {}, {kDrawer1, kDrawer2}, kSupportedDevices, {});
+  selection.TakePresent({}, {kDrawer2});
+  selection.TakePresent({}, {kDual, kDrawer2});
+  EXPECT_THAT(selection.DeviceItems(), ElementsAre(L"Auto", L"b", L"c"));
+  selection.TakePresent({}, {kDual, kDrawer2, kDrawer1});
+  EXPECT_THAT(selection.DeviceItems(), ElementsAre(L"Auto", L"a", L"b", L"c"));
+  selection.ChooseFirst(3);
+  EXPECT_EQ(selection.first(), kIdDual);
+}
+
+TEST(UsbSelectionLive, AChosenDeviceThatHasGoneStaysChosenAndIsMissing) {
+  UsbSelection selection = Drawers({.first = kId1, .second = kId2});
+  selection.TakePresent({}, {});
+  EXPECT_THAT(selection.DeviceItems(), ElementsAre(L"Auto", L"a", L"b"));
+  EXPECT_EQ(selection.Result(), (UsbChoice{.first = kId1, .second = kId2}));
+  EXPECT_FALSE(selection.first_present() || selection.second_present());
+  selection.ChooseFirst(0);
+  EXPECT_TRUE(selection.first_present());
+  EXPECT_THAT(selection.DeviceItems(), ElementsAre(L"Auto", L"b"));
+  EXPECT_EQ(selection.second_item(), 1U);
+}
+
+TEST(UsbSelectionLive, AStoredDeviceIsMissingUntilItComesAndIsThenSelected) {
+  UsbSelection selection(kCashDrawer1, {}, {kDrawer1}, kSupportedDevices, {.first = kId2});
+  EXPECT_FALSE(selection.first_present());
+  selection.TakePresent({}, {kDrawer1, kDrawer2});
+  EXPECT_TRUE(selection.first_present());
+  EXPECT_EQ(selection.first_item(), 2U);
+}
+
+TEST(UsbSelectionLive, AStoredDualDrawerThatComesTakesTheSecondsPlace) {
+  UsbSelection selection(kCashDrawer1, {}, {kDrawer2}, kSupportedDevices, {.first = kIdDual, .second = kId2});
+  selection.TakePresent({}, {kDrawer2, kDual});
+  EXPECT_FALSE(selection.second_enabled());
+  EXPECT_EQ(selection.second(), kNone);
+  EXPECT_TRUE(selection.second_present());
+}
+
+TEST(UsbSelectionLive, ADualDrawerThatHasGoneStillHoldsBoth) {
+  UsbSelection selection = Drawers({.first = kIdDual});
+  selection.TakePresent({}, {kDrawer1});
+  EXPECT_FALSE(selection.second_enabled());
+  EXPECT_FALSE(selection.first_present());
+}
+
+TEST(UsbSelectionLive, EqualDevicesAreCounted) {
+  UsbSelection selection(kCashDrawer1, {}, {kDrawer1}, kSupportedDevices, {.first = kId1});
+  selection.TakePresent({}, {kDrawer1, kDrawer1});
+  EXPECT_THAT(selection.DeviceItems(), ElementsAre(L"Auto", L"a", L"b"));
+  selection.TakePresent({}, {kDrawer1});
+  EXPECT_THAT(selection.DeviceItems(), ElementsAre(L"Auto", L"a"));
+}
+
 TEST(UsbSelectionErrors, AnItemBeyondTheListIsOutOfRange) {
   EXPECT_THROW(Drawers().ChooseFirst(5), std::out_of_range);
   EXPECT_THROW(Drawers().ChooseSecond(5), std::out_of_range);

@@ -133,6 +133,53 @@ class Rows(PortsPage):
         self.assertEqual(self.saved()[0][1], "")
 
 
+class AbsentPorts(PortsPage):
+    """Rows whose port the terminal does not have."""
+
+    LOST = "Line Display: COM12 was not present at the start. Saving clears it."
+    GONE = "Printer: COM7 is not present."
+
+    def test_a_stored_port_that_is_not_there_is_told_of_until_a_save_has_cleared_it(self):
+        tool = self.open_page("<MSR_USB>COM3</MSR_USB><LD_USB>COM12</LD_USB>")
+        before = self.installation.bytes()
+        self.assertTrue(tool.says(self.LOST))
+        self.assertEqual(tool.rows(LIST)[1], ["Line Display", "", "", "", ""])
+        self.assertEqual(self.installation.bytes(), before)
+        tool.click(APPLY)
+        tool.answer("OK", "Ports settings saved.")
+        wait_for(lambda: not tool.says(self.LOST), "the words to go")
+        self.assertEqual([text for _, text, _ in self.saved()], ["COM3", "", "", "", "", ""])
+
+    def test_a_bound_port_that_goes_is_told_of_and_saved(self):
+        tool = self.open_page("<PRINTER_USB>COM7</PRINTER_USB>")
+        self.assertFalse(tool.says(self.GONE))
+        self.ports["COM7"].unplug()
+        wait_for(lambda: tool.says(self.GONE), "the absence in words")
+        self.assertEqual(tool.rows(LIST)[PRINTER][1], "COM7")
+        tool.click(APPLY)
+        tool.answer("OK", "Ports settings saved.")
+        self.assertEqual(self.saved()[5][1], "COM7")
+        self.ports.plug("COM7")
+        wait_for(lambda: not tool.says(self.GONE), "the words to go")
+
+
+class LivePorts(PortsPage):
+    def test_ports_come_and_go_in_the_open_choice_and_what_is_chosen_stays(self):
+        tool = self.open_page("<MSR_USB>COM6</MSR_USB>")
+        self.configure(tool, MSR, "MSR Configuration")
+        self.ports.plug("COM12")
+        wait_for(lambda: "COM12" in tool.items(PORT), "the new port")
+        self.ports["COM3"].unplug()
+        wait_for(lambda: "COM3" not in tool.items(PORT), "the old port to go")
+        self.assertEqual(tool.chosen(PORT), "COM6")
+        self.ports["COM6"].unplug()
+        wait_for(lambda: tool.says("Not present"), "the absence in words")
+        self.assertEqual(tool.chosen(PORT), "COM6")
+        tool.click(OK)
+        tool.main_window()
+        wait_for(lambda: self.saved()[0][1] == "COM6", "the file")
+
+
 class Choice(PortsPage):
     def test_an_unplugged_stored_drawer_is_not_lost_by_ok(self):
         tool = self.open_page('<CD_USB VID="0x1209" PID="0x0003" Serial_Number="AWAY">COM6</CD_USB>')

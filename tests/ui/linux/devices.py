@@ -44,10 +44,25 @@ class UsbDevices:
 
     def __init__(self, devices):
         self.testbed = UMockdev.Testbed.new()
-        described = subprocess.run(
-            [os.path.join(TREE, "sim", "describe_hid.py")], input=devices, capture_output=True, text=True, check=True)
-        self.testbed.add_from_string(described.stdout)
+        self.lines = []
+        for line in devices.splitlines():
+            self.plug(line)
         self.environment = {
             "LD_PRELOAD": "libumockdev-preload.so.0",
             "UMOCKDEV_DIR": self.testbed.get_root_dir(),
         }
+
+    @staticmethod
+    def described(lines):
+        return subprocess.run([os.path.join(TREE, "sim", "describe_hid.py")], input="\n".join(lines),
+                              capture_output=True, text=True, check=True).stdout.strip()
+
+    def plug(self, line):
+        """Plugs one more device in; one that was unplugged comes back at another place."""
+        before = self.described(self.lines)
+        self.lines.append(line)
+        self.testbed.add_from_string(self.described(self.lines).removeprefix(before).strip() + "\n")
+
+    def unplug(self, line):
+        place = len(self.lines) - self.lines[::-1].index(line)
+        self.testbed.remove_device(f"/sys/devices/pci0000:00/0000:00:14.0/usb1/1-{place}")

@@ -121,5 +121,94 @@ class Binding(UsbPage):
         self.assertFalse(any(tool.enabled(number) for number in (DEVICE_2, *TEXTS_2)))
 
 
+class LiveLists(UsbPage):
+    """What is plugged in and unplugged while the choice is open."""
+
+    CD1, CD2, DUAL, _ = DRAWERS.splitlines()
+    NOT_PRESENT = "Not present"
+
+    def absences(self, tool):
+        """How often the window says that something is not present."""
+        return tool.labels(DRAWER_WINDOW).count(self.NOT_PRESENT)
+
+    def letter_of(self, tool, serial):
+        """Picks items of the first list until it is the device's."""
+        for item in tool.items(DEVICE_1)[1:]:
+            tool.pick(DEVICE_1, item)
+            wait_for(lambda: tool.text(1054) != "", "the identity")
+            if tool.text(1054) == serial:
+                return item
+        raise AssertionError(f"{serial} is not offered")
+
+    def test_ports_come_and_go_and_the_choice_stays(self):
+        tool = self.open_page("<CD_USB>COM6</CD_USB>")
+        self.configure(tool, DRAWER_1)
+        self.ports.plug("COM12")
+        wait_for(lambda: tool.items(PORT) == ["COM3", "COM6", "COM7", "COM12"], "the new port")
+        self.ports["COM3"].unplug()
+        wait_for(lambda: tool.items(PORT) == ["COM6", "COM7", "COM12"], "the old port to go")
+        self.assertEqual(tool.chosen(PORT), "COM6")
+        tool.pick(PORT, "COM12")
+        tool.click(OK)
+        tool.main_window()
+        wait_for(lambda: self.saved()[3][1] == "COM12", "the file")
+        self.configure(tool, DRAWER_1)
+        self.assertEqual(tool.chosen(PORT), "COM12")
+
+    def test_a_chosen_port_that_goes_is_said_to_be_not_present_and_kept(self):
+        tool = self.open_page("<CD_USB>COM6</CD_USB>")
+        self.configure(tool, DRAWER_1)
+        self.assertEqual(self.absences(tool), 0)
+        self.ports["COM6"].unplug()
+        wait_for(lambda: self.absences(tool) == 1, "the absence in words")
+        self.assertEqual(tool.description(PORT), self.NOT_PRESENT)
+        self.assertEqual((tool.items(PORT), tool.chosen(PORT)), (["COM3", "COM6", "COM7"], "COM6"))
+        self.ports.plug("COM6")
+        wait_for(lambda: self.absences(tool) == 0, "the words to go")
+        self.assertEqual(tool.description(PORT), "")
+        self.ports["COM6"].unplug()
+        wait_for(lambda: self.absences(tool) == 1, "the absence in words")
+        tool.click(OK)
+        tool.main_window()
+        wait_for(lambda: self.saved()[3][1] == "COM6", "the file")
+
+    def test_devices_come_and_go_and_the_choice_stays(self):
+        tool = self.open_page(devices=f"{self.CD1}\n{self.CD2}")
+        self.configure(tool, DRAWER_1)
+        chosen = self.letter_of(tool, "CD0002")
+        other = "b" if chosen == "a" else "a"
+        self.usb.plug(self.DUAL)
+        wait_for(lambda: tool.items(DEVICE_1) == ["Auto", "a", "b", "c"], "the new device")
+        self.usb.unplug(self.CD1)
+        left = [item for item in ("Auto", "a", "b", "c") if item != other]
+        wait_for(lambda: (tool.items(DEVICE_1), tool.items(DEVICE_2)) == (left, left), "the old device to go")
+        self.assertEqual((tool.chosen(DEVICE_1), tool.text(1054)), (chosen, "CD0002"))
+        self.usb.plug(self.CD1)
+        wait_for(lambda: tool.items(DEVICE_1) == ["Auto", "a", "b", "c"], "the device with its letter")
+        self.assertEqual((tool.chosen(DEVICE_1), tool.text(1054)), (chosen, "CD0002"))
+        self.assertEqual(self.absences(tool), 0)
+
+    def test_a_chosen_device_that_goes_is_said_to_be_not_present_and_kept(self):
+        tool = self.open_page("<CD_USB>COM6</CD_USB>", devices=f"{self.CD1}\n{self.CD2}")
+        self.configure(tool, DRAWER_1)
+        chosen = self.letter_of(tool, "CD0002")
+        self.usb.unplug(self.CD2)
+        wait_for(lambda: self.absences(tool) == 1, "the absence in words")
+        self.assertEqual(tool.description(DEVICE_1), self.NOT_PRESENT)
+        self.assertEqual((tool.chosen(DEVICE_1), tool.text(1054)), (chosen, "CD0002"))
+        tool.click(OK)
+        tool.main_window()
+        wait_for(lambda: self.saved()[3][2].get("Serial_Number") == "CD0002", "the file")
+
+    def test_a_stored_device_is_not_present_until_it_is_plugged_in(self):
+        tool = self.open_page('<CD_USB VID="0xf055" PID="0x0005" Serial_Number="CD0002">COM6</CD_USB>', devices=self.CD1)
+        self.configure(tool, DRAWER_1)
+        wait_for(lambda: self.absences(tool) == 1, "the absence in words")
+        self.assertEqual(tool.chosen(DEVICE_1), "Auto")
+        self.usb.plug(self.CD2)
+        wait_for(lambda: tool.chosen(DEVICE_1) == "b", "the stored device")
+        self.assertEqual(self.absences(tool), 0)
+
+
 if __name__ == "__main__":
     unittest.main()
