@@ -21,6 +21,7 @@ namespace qlx {
 
 class PORTSDialog;
 class PRINTERDialog;
+class StatusLine;
 
 /// Counts the modal dialogs that are open, the main window included.
 class ModalDepth : public wxModalDialogHook {
@@ -56,6 +57,7 @@ class CQLXConfigDlg : public wxDialog {
   void LoadDocument();
   void InitialisePages();
   void OnShown();
+  void OnIdle();
   void OnTabChanged(int tab);
   void OnApplyAll();
   void OnCancel();
@@ -80,6 +82,8 @@ class CQLXConfigDlg : public wxDialog {
   bool shown_ = false;
   bool information_requested_ = false;
   bool code_pages_requested_ = false;
+  bool was_busy_ = false;
+  StatusLine* status_ = nullptr;
   wxStaticText* asking_ = nullptr;  ///< shown while the printer is asked
   ModalDepth modal_depth_;
   UiThreadCalls calls_;
