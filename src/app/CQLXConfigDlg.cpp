@@ -50,6 +50,7 @@ CQLXConfigDlg::CQLXConfigDlg()
     : wxDialog(nullptr, wxID_ANY, Translated(kProgramTitle), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMINIMIZE_BOX),
       tabs_(new wxNotebook(this, kTabControl)),
+      marks_(*tabs_),
       editable_(platform::MayChangeSettings()),
       restart_progress_(*this, nullptr, [this] { EndModal(wxID_CANCEL); }),
       restart_(platform::OpenServiceManager, restart_progress_, RestartEnd::kAlways) {
@@ -168,6 +169,9 @@ void CQLXConfigDlg::OnShown() {
 void CQLXConfigDlg::OnIdle() {
   if (was_busy_ && !busy()) status_->AskForServices();  // a restart may have ended
   was_busy_ = busy();
+  if (was_busy_) return;
+  marks_.Update();
+  status_->ShowUnsaved(marks_.Marked());
 }
 
 void CQLXConfigDlg::OnTabChanged(int tab) {

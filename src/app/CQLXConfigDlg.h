@@ -10,6 +10,7 @@
 #include <wx/notebook.h>
 #include <wx/stattext.h>
 
+#include "app/UnsavedMarks.h"
 #include "config/ConfigDocument.h"
 #include "controls/BusyWindow.h"
 #include "controls/RestartProgress.h"
@@ -72,6 +73,7 @@ class CQLXConfigDlg : public wxDialog {
   void WhileAsking(const std::function<void(BusyWindow&)>& ask);
 
   wxNotebook* tabs_;
+  UnsavedMarks marks_;
   wxButton* apply_all_ = nullptr;
   /// The pages in the order in which they are initialised and saved.
   std::vector<SettingsPage*> pages_;

@@ -6,13 +6,15 @@
 
 #include "controls/accessible_id.h"
 #include "controls/translation.h"
+#include "pages/unsaved_pages.h"
 
 namespace qlx {
 namespace {
 
 constexpr int kFile = 2001;
 constexpr int kServices = 2002;
-constexpr int kShortestFile = 20;  // in average characters
+constexpr int kUnsaved = 2003;
+constexpr int kShortest = 20;  // in average characters
 constexpr std::chrono::milliseconds kPeriod = std::chrono::seconds(5);
 
 /// A text that may grow longer than its place: what is cut off there is in its tool tip and its name.
@@ -29,15 +31,23 @@ StatusLine::StatusLine(wxWindow* parent)
     : wxPanel(parent),
       file_(new wxStaticText(this, kFile, wxString(), wxDefaultPosition, wxDefaultSize,
                              wxST_ELLIPSIZE_MIDDLE | wxST_NO_AUTORESIZE)),
+      unsaved_(new wxStaticText(this, kUnsaved, wxString(), wxDefaultPosition, wxDefaultSize,
+                                wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE)),
       services_(new wxStaticText(this, kServices, wxString())),
       probe_(platform::OpenServiceManagerToLook,
              [this](const ServiceStates& states) { calls_.Post([this, states] { ShowServices(states); }); }) {
   ShowServices({});
-  file_->SetMinSize({kShortestFile * GetCharWidth(), -1});
+  ShowUnsaved({});
+  file_->SetMinSize({kShortest * GetCharWidth(), -1});
+  unsaved_->SetMinSize(file_->GetMinSize());
   auto* row = new wxBoxSizer(wxHORIZONTAL);
-  row->Add(file_, wxSizerFlags(1).CentreVertical());
+  row->Add(unsaved_, wxSizerFlags(1).CentreVertical());
   row->Add(services_, wxSizerFlags().CentreVertical().DoubleBorder(wxLEFT));
-  SetSizer(row);
+  auto* rows = new wxBoxSizer(wxVERTICAL);
+  rows->Add(row, wxSizerFlags().Expand());
+  rows->AddSpacer(GetCharHeight() / 4);
+  rows->Add(file_, wxSizerFlags().Expand());
+  SetSizer(rows);
   timer_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTimer(); });
 }
 
@@ -47,6 +57,10 @@ StatusLine::~StatusLine() {
 
 void StatusLine::ShowFile(const std::wstring& path) {
   ShowText(*file_, path);
+}
+
+void StatusLine::ShowUnsaved(const std::vector<std::wstring>& pages) {
+  ShowText(*unsaved_, Translated(UnsavedMessage(pages)));
 }
 
 void StatusLine::AskForServices() {

@@ -1,7 +1,8 @@
-// The foot of the main window: which file is in use and whether the services run.
+// The foot of the main window: which file is in use, what is not saved and whether the services run.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <wx/panel.h>
 #include <wx/stattext.h>
@@ -23,6 +24,9 @@ class StatusLine : public wxPanel {
 
   void ShowFile(const std::wstring& path);
 
+  /// `pages` are the texts of the tabs with unsaved changes.
+  void ShowUnsaved(const std::vector<std::wstring>& pages);
+
   /// Asks for the services at once and from then on.
   void AskForServices();
 
@@ -31,6 +35,7 @@ class StatusLine : public wxPanel {
   void ShowServices(const ServiceStates& states);
 
   wxStaticText* file_;
+  wxStaticText* unsaved_;
   wxStaticText* services_;
   UiThreadCalls calls_;
   ServiceProbe probe_;
