@@ -9,6 +9,7 @@
 
 #include "app/CAboutDlg.h"
 #include "app/EndProgram.h"
+#include "app/StatusLine.h"
 #include "app/program_icon.h"
 #include "config/save_error.h"
 #include "config/start_up.h"
@@ -49,6 +50,7 @@ CQLXConfigDlg::CQLXConfigDlg()
     : wxDialog(nullptr, wxID_ANY, Translated(kProgramTitle), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMINIMIZE_BOX),
       tabs_(new wxNotebook(this, kTabControl)),
+      marks_(*tabs_),
       editable_(platform::MayChangeSettings()),
       restart_progress_(*this, nullptr, [this] { EndModal(wxID_CANCEL); }),
       restart_(platform::OpenServiceManager, restart_progress_, RestartEnd::kAlways) {
@@ -96,6 +98,8 @@ void CQLXConfigDlg::LayOut() {
   auto* frame = new wxBoxSizer(wxVERTICAL);
   frame->Add(tabs_, wxSizerFlags(1).Expand().Border(wxALL));
   frame->Add(buttons, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
+  status_ = new StatusLine(this);
+  frame->Add(status_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
   SetSizerAndFit(frame);
   Centre();
 }
@@ -124,6 +128,10 @@ void CQLXConfigDlg::BindEvents() {
       event.Skip();
     }
   });
+  Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
+    event.Skip();
+    OnIdle();
+  });
   Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
     event.Skip();
     if (event.IsShown()) CallAfter(&CQLXConfigDlg::OnShown);
@@ -145,14 +153,25 @@ void CQLXConfigDlg::LoadDocument() {
 void CQLXConfigDlg::InitialisePages() {
   for (SettingsPage* page : pages_) page->Initialise(document_.get(), editable_);
   apply_all_->Enable(editable_);
+  status_->ShowFile(document_->path());
   PublishIds(*this);
 }
 
 void CQLXConfigDlg::OnShown() {
   if (shown_) return;
   shown_ = true;
+  status_->AskForServices();
   if (!editable_) ShowBox(this, Translated(kNoRights), BoxIcon::kExclamation);
   QueryPrinterAtStart();
+}
+
+/// Once the toolkit has nothing else to do, which is after every event: whatever made the change, it shows.
+void CQLXConfigDlg::OnIdle() {
+  if (was_busy_ && !busy()) status_->AskForServices();  // a restart may have ended
+  was_busy_ = busy();
+  if (was_busy_) return;
+  marks_.Update();
+  status_->ShowUnsaved(marks_.Marked());
 }
 
 void CQLXConfigDlg::OnTabChanged(int tab) {

@@ -10,6 +10,7 @@
 #include <wx/notebook.h>
 #include <wx/stattext.h>
 
+#include "app/UnsavedMarks.h"
 #include "config/ConfigDocument.h"
 #include "controls/BusyWindow.h"
 #include "controls/RestartProgress.h"
@@ -21,6 +22,7 @@ namespace qlx {
 
 class PORTSDialog;
 class PRINTERDialog;
+class StatusLine;
 
 /// Counts the modal dialogs that are open, the main window included.
 class ModalDepth : public wxModalDialogHook {
@@ -56,6 +58,7 @@ class CQLXConfigDlg : public wxDialog {
   void LoadDocument();
   void InitialisePages();
   void OnShown();
+  void OnIdle();
   void OnTabChanged(int tab);
   void OnApplyAll();
   void OnCancel();
@@ -70,6 +73,7 @@ class CQLXConfigDlg : public wxDialog {
   void WhileAsking(const std::function<void(BusyWindow&)>& ask);
 
   wxNotebook* tabs_;
+  UnsavedMarks marks_;
   wxButton* apply_all_ = nullptr;
   /// The pages in the order in which they are initialised and saved.
   std::vector<SettingsPage*> pages_;
@@ -80,6 +84,8 @@ class CQLXConfigDlg : public wxDialog {
   bool shown_ = false;
   bool information_requested_ = false;
   bool code_pages_requested_ = false;
+  bool was_busy_ = false;
+  StatusLine* status_ = nullptr;
   wxStaticText* asking_ = nullptr;  ///< shown while the printer is asked
   ModalDepth modal_depth_;
   UiThreadCalls calls_;

@@ -18,6 +18,9 @@ class SettingsPage : public wxPanel {
 
   /// Writes the section and saves the file.
   virtual void SaveToData() = 0;
+
+  /// Whether the page shows something else than when it was last filled from the file or written to it.
+  virtual bool HasUnsavedChanges() = 0;
 };
 
 }  // namespace qlx

@@ -203,8 +203,13 @@ void PRINTERDialog::OpenWebPage() {
 
 void PRINTERDialog::SaveToData() {
   ReadBack();
-  PRINTERSettings::Save(settings_.Values(end_program_), *document_);
+  if (PRINTERSettings::Save(settings_.Values(end_program_), *document_)) settings_.MarkStored();
   logos_.Write(*document_, {}, end_program_);
+}
+
+bool PRINTERDialog::HasUnsavedChanges() {
+  ReadBack();
+  return settings_.changed();
 }
 
 void PRINTERDialog::Apply() {
@@ -217,19 +222,20 @@ void PRINTERDialog::Apply() {
 
 /// On the worker thread; this one waits for each step, so that the document is used by one at a time.
 void PRINTERDialog::Save(const PrinterValues& values) {
-  calls_.Run([this] { OnSaving(true); });
-  PRINTERSettings::Save(values, *document_);
+  calls_.Run([this] { OnSaving(); });
+  const bool written = PRINTERSettings::Save(values, *document_);
   logos_.Write(*document_, {},
                [this](const std::wstring& message) { calls_.Run([&] { end_program_(message); }); });
-  calls_.Run([this] { OnSaving(false); });
+  calls_.Run([this, written] { OnSaved(written); });
 }
 
-void PRINTERDialog::OnSaving(bool begins) {
-  if (begins) {
-    busy_.emplace(*wxGetTopLevelParent(this));
-    Disable();
-    return;
-  }
+void PRINTERDialog::OnSaving() {
+  busy_.emplace(*wxGetTopLevelParent(this));
+  Disable();
+}
+
+void PRINTERDialog::OnSaved(bool written) {
+  if (written) settings_.MarkStored();
   Enable();
   busy_.reset();
   saving_ = false;

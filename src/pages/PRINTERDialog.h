@@ -31,6 +31,7 @@ class PRINTERDialog : public SettingsPage {
 
   void Initialise(ConfigDocument* document, bool editable) override;
   void SaveToData() override;
+  bool HasUnsavedChanges() override;
 
   /// From the Apply button to the end of its worker.
   bool saving() const { return saving_; }
@@ -52,7 +53,8 @@ class PRINTERDialog : public SettingsPage {
   void OpenWebPage();
   void Apply();
   void Save(const PrinterValues& values);
-  void OnSaving(bool begins);
+  void OnSaving();
+  void OnSaved(bool written);
 
   FatalEnd end_program_;
   ConfigDocument* document_ = nullptr;

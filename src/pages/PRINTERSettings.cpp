@@ -34,6 +34,7 @@ PRINTERSettings::PRINTERSettings() {
   emulation_.items.assign(std::begin(kEmulations), std::end(kEmulations));
   emulation_.Choose(kNative);
   FillStandard(kStandardChoice);
+  MarkStored();
 }
 
 void PRINTERSettings::Load(const std::vector<ConfigNode>& ports, const std::vector<ConfigNode>& printer) {
@@ -41,6 +42,7 @@ void PRINTERSettings::Load(const std::vector<ConfigNode>& ports, const std::vect
     if (port.name == L"PRINTER_USB") port_ = port.text;
   }
   for (const ConfigNode& pair : printer) LoadValue(pair);
+  MarkStored();
 }
 
 void PRINTERSettings::LoadValue(const ConfigNode& pair) {
@@ -66,6 +68,8 @@ void PRINTERSettings::FillStandard(int chosen) {
 void PRINTERSettings::ShowStoredEmulation() {
   emulation_.Choose(stored_emulation_mode_);
   shows_stored_ = true;
+  // The box may have been switched before the printer's answer.
+  stored_ = {CodePageValue(), emulation_.chosen, stored_.unsolicited_status};
 }
 
 void PRINTERSettings::ChooseEmulation(int index) {
@@ -120,12 +124,12 @@ PrinterValues PRINTERSettings::Values(const FatalEnd& end) const {
           std::wstring(CheckText(unsolicited_status_))};
 }
 
-void PRINTERSettings::Save(const PrinterValues& values, ConfigDocument& document) {
+bool PRINTERSettings::Save(const PrinterValues& values, ConfigDocument& document) {
   const std::wstring section(kSection);
   document.SetValue(section, L"Code_Page", values.code_page);
   document.SetValue(section, L"Emulation_Mode", values.emulation_mode);
   document.SetValue(section, L"Unsolicited_Status", values.unsolicited_status);
-  document.Save();
+  return document.Save();
 }
 
 }  // namespace qlx

@@ -74,10 +74,26 @@ class PRINTERSettings {
   /// What is stored for the present choices. A number of more than two characters goes to `end`.
   PrinterValues Values(const FatalEnd& end) const;
 
-  /// Writes `values` into `document` and has the file written. Any thread while no other uses the document.
-  static void Save(const PrinterValues& values, ConfigDocument& document);
+  /// Writes `values` into `document` and has the file written; true when it was. Any thread while no other
+  /// uses the document.
+  static bool Save(const PrinterValues& values, ConfigDocument& document);
+
+  /// Takes the present choices for those of the file.
+  void MarkStored() { stored_ = Choices(); }
+  /// Whether something else is chosen than when the lists last showed the file, or their standard choices,
+  /// and since the last MarkStored.
+  bool changed() const { return stored_ != Choices(); }
 
  private:
+  /// What a save would put into words.
+  struct Chosen {
+    int code_page = 0;
+    int emulation = 0;
+    bool unsolicited_status = false;
+    bool operator==(const Chosen&) const = default;
+  };
+
+  Chosen Choices() const { return {CodePageValue(), emulation_.chosen, unsolicited_status_}; }
   void LoadValue(const ConfigNode& pair);
   void FillStandard(int chosen);
   void ShowStoredEmulation();
@@ -91,6 +107,7 @@ class PRINTERSettings {
   ItemList emulation_;
   bool unsolicited_status_ = false;
   std::vector<std::wstring> printer_code_pages_;
+  Chosen stored_;
 };
 
 }  // namespace qlx

@@ -21,6 +21,7 @@ constexpr std::size_t kLongestChoice = 2;
 PageSettings::PageSettings(const PageFacts& facts, std::span<const SettingRow> rows)
     : facts_(facts), rows_(rows) {
   PageSettings::SetDefaults();
+  MarkStored();
 }
 
 void PageSettings::SetDefaults() {
@@ -116,7 +117,7 @@ std::wstring PageSettings::ChoiceText(int number, const FatalEnd& end) const {
   return text;
 }
 
-void PageSettings::Save(ConfigDocument& document, const FatalEnd& end) const {
+void PageSettings::Save(ConfigDocument& document, const FatalEnd& end) {
   const std::wstring section(facts_.section);
   try {
     for (const SettingRow& row : rows_) {
@@ -125,7 +126,7 @@ void PageSettings::Save(ConfigDocument& document, const FatalEnd& end) const {
   } catch (const std::bad_alloc&) {
     end(std::wstring(facts_.edit_not_converted));
   }
-  document.Save();
+  if (document.Save()) MarkStored();
 }
 
 }  // namespace qlx

@@ -63,7 +63,12 @@ class PageSettings {
 
   /// Writes every row into `document` and has the file written. A value that cannot be put into words goes to
   /// `end` with the page's sentence for it.
-  void Save(ConfigDocument& document, const FatalEnd& end) const;
+  void Save(ConfigDocument& document, const FatalEnd& end);
+
+  /// Takes the present values for those of the file, which Save does by itself once the file is written.
+  void MarkStored() { stored_ = values_; }
+  /// Whether a value is another than the file's.
+  bool changed() const { return values_ != stored_; }
 
   /// What the Apply button finds wrong first; Save itself tests nothing.
   virtual std::optional<Refusal> FindRefusal() const { return std::nullopt; }
@@ -86,6 +91,8 @@ class PageSettings {
   void SetChoice(int control, int index) { values_.at(control) = index; }
 
  private:
+  using Values = std::map<int, std::variant<bool, int, std::wstring>>;
+
   void LoadValue(const SettingRow& row, const std::wstring& text);
   void LoadOrdinal(const SettingRow& row, int number);
   std::wstring FileText(const SettingRow& row, const FatalEnd& end) const;
@@ -93,7 +100,8 @@ class PageSettings {
 
   PageFacts facts_;
   std::span<const SettingRow> rows_;
-  std::map<int, std::variant<bool, int, std::wstring>> values_;
+  Values values_;
+  Values stored_;
   bool editable_ = true;
 };
 

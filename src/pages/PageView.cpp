@@ -33,6 +33,8 @@ void PageView::Initialise(ConfigDocument* document, bool editable) {
   settings_.SetDefaults();
   settings_.Load(document_->ReadSection(std::wstring(settings_.facts().section)));
   Fill();
+  ReadBack();  // a control may not hold all of a text
+  settings_.MarkStored();
   PublishIds(*this);
   if (!editable) Disable();
 }
@@ -134,6 +136,11 @@ void PageView::SetDefaults() {
 void PageView::SaveToData() {
   ReadBack();
   settings_.Save(*document_, end_program_);
+}
+
+bool PageView::HasUnsavedChanges() {
+  ReadBack();
+  return settings_.changed();
 }
 
 void PageView::Apply() {

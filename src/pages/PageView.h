@@ -32,6 +32,7 @@ class PageView : public SettingsPage {
 
   void Initialise(ConfigDocument* document, bool editable) override;
   void SaveToData() override;
+  bool HasUnsavedChanges() override;
 
  protected:
   void AddLabel(Place place, const wxString& label);

@@ -1,4 +1,4 @@
-// The system's service manager, reduced to what a restart needs.
+// The system's service manager, reduced to what a restart and the status line need.
 #pragma once
 
 #include <memory>
@@ -32,5 +32,8 @@ class ServiceManager {
 
 /// The local machine's manager. Never null: without a connection every service answers with its error.
 std::unique_ptr<ServiceManager> OpenServiceManager();
+
+/// The same for QueryState alone, which whoever may not control services may ask for too.
+std::unique_ptr<ServiceManager> OpenServiceManagerToLook();
 
 }  // namespace qlx::platform

@@ -33,6 +33,7 @@ class PORTSDialog : public SettingsPage {
 
   void Initialise(ConfigDocument* document, bool editable) override;
   void SaveToData() override;
+  bool HasUnsavedChanges() override { return settings_.changed(); }
 
   /// While a restart that began here goes on.
   bool restarting() const { return restart_.running(); }

@@ -48,9 +48,10 @@ void PORTSSettings::Load(const std::vector<ConfigNode>& elements) {
     Row(kCashDrawer2).usb = {Attribute(element, L"VID_2"), Attribute(element, L"PID_2"),
                              Attribute(element, L"Serial_Number_2")};
   }
+  stored_ = rows_;
 }
 
-void PORTSSettings::Save(ConfigDocument& document) const {
+void PORTSSettings::Save(ConfigDocument& document) {
   for (const DeviceElement& element : kElements) document.RemoveNodes(kSection, element.name);
   for (const DeviceElement& element : kElements) {
     const PortRow& device = row(element.kind);
@@ -66,7 +67,7 @@ void PORTSSettings::Save(ConfigDocument& document) const {
     }
     document.SetValue(kSection, element.name, device.port, attributes);
   }
-  document.Save();
+  if (document.Save()) stored_ = rows_;
 }
 
 void PORTSSettings::Configure(DeviceKind kind, const PortRow& choice, const UsbIdentity& second) {

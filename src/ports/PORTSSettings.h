@@ -43,7 +43,10 @@ class PORTSSettings {
   void Load(const std::vector<ConfigNode>& elements);
 
   /// Writes every row and saves the file.
-  void Save(ConfigDocument& document) const;
+  void Save(ConfigDocument& document);
+
+  /// Whether a row is another than when it was last loaded or saved.
+  bool changed() const { return rows_ != stored_; }
 
   /// Empties every row; nothing is saved.
   void Clear() { rows_ = {}; }
@@ -62,6 +65,7 @@ class PORTSSettings {
 
   std::vector<std::wstring> ports_;
   std::array<PortRow, kDeviceKinds> rows_;
+  std::array<PortRow, kDeviceKinds> stored_;
 };
 
 }  // namespace qlx

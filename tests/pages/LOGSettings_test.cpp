@@ -129,5 +129,42 @@ TEST(LOGSettings, DefaultsTouchNeitherDocumentNorFile) {
   EXPECT_FALSE(file.document().changed());
 }
 
+TEST(LOGSettings, AreChangedUntilTheValueOfTheFileIsBack) {
+  LOGSettings settings = Loaded(L"TCP_Port", L"4000");
+  settings.MarkStored();
+  EXPECT_FALSE(settings.changed());
+  settings.SetText(LOGSettings::kTcpPort, L"4001");
+  EXPECT_TRUE(settings.changed());
+  settings.SetText(LOGSettings::kTcpPort, L"4000");
+  EXPECT_FALSE(settings.changed());
+}
+
+TEST(LOGSettings, AreChangedByDefaultsThatAreNotTheFiles) {
+  LOGSettings settings = Loaded(L"TCP_Port", L"4000");
+  settings.MarkStored();
+  settings.SetDefaults();
+  EXPECT_TRUE(settings.changed());
+  LOGSettings standard;
+  standard.SetDefaults();
+  EXPECT_FALSE(standard.changed());
+}
+
+TEST(LOGSettings, AreUnchangedOnceTheyAreSaved) {
+  ConfigFile file(L"<MZP><Logging_Configuration/></MZP>");
+  LOGSettings settings;
+  settings.SetChecked(LOGSettings::kMsr, false);
+  EXPECT_TRUE(settings.changed());
+  settings.Save(file.document(), kThrow);
+  EXPECT_FALSE(settings.changed());
+}
+
+TEST(LOGSettings, StayChangedWhenTheFileWasNotWritten) {
+  const auto document = MakeConfigDocument([](const std::wstring&) {});
+  LOGSettings settings;
+  settings.SetChecked(LOGSettings::kMsr, false);
+  settings.Save(*document, kThrow);  // which nothing has opened
+  EXPECT_TRUE(settings.changed());
+}
+
 }  // namespace
 }  // namespace qlx

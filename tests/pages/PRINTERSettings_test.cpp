@@ -272,5 +272,32 @@ TEST(PRINTERSettings, UnsolicitedStatusThatIsOffIsStoredEmpty) {
   EXPECT_EQ(PRINTERSettings().Values(kThrow).unsolicited_status, L"");
 }
 
+TEST(PRINTERSettings, AreNotChangedByWhatIsShownOfTheFile) {
+  PRINTERSettings settings = Loaded({Mode(L"2"), CodePage(L"7")});
+  EXPECT_FALSE(settings.changed());
+  settings.ShowStandardCodePages();
+  EXPECT_EQ(settings.emulation().chosen, kEpson);
+  EXPECT_FALSE(settings.changed());
+}
+
+TEST(PRINTERSettings, AreChangedUntilTheChoicesAreBack) {
+  PRINTERSettings settings = Shown({CodePage(L"1")});
+  settings.ChooseEmulation(kEpson);
+  EXPECT_TRUE(settings.changed());
+  settings.ChooseEmulation(PRINTERSettings::kNative);
+  EXPECT_FALSE(settings.changed());
+  settings.ChooseCodePage(3);
+  EXPECT_TRUE(settings.changed());
+  settings.MarkStored();
+  EXPECT_FALSE(settings.changed());
+}
+
+TEST(PRINTERSettings, AreStillChangedAfterThePrintersAnswerWhenTheBoxWasSwitchedBefore) {
+  PRINTERSettings settings = Loaded({CodePage(L"1")});
+  settings.SetUnsolicitedStatus(true);
+  settings.ShowStandardCodePages();
+  EXPECT_TRUE(settings.changed());
+}
+
 }  // namespace
 }  // namespace qlx

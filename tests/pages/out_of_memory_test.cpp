@@ -49,7 +49,9 @@ class UntouchedFiles final : public platform::FileStore {
   }
 };
 
-std::string EndOfSaving(const PageSettings& settings) {
+template <typename Settings>
+std::string EndOfSaving() {
+  Settings settings;
   UntouchedFiles files;
   const auto create = []() -> std::unique_ptr<platform::XmlDom> { return std::make_unique<ExhaustedDom>(); };
   ConfigDocument document(std::make_unique<xmlclass>(create, files),
@@ -65,11 +67,11 @@ std::string EndOfSaving(const PageSettings& settings) {
 }
 
 TEST(OutOfMemory, SavingTheLoggingPageEndsTheProgramWithItsSentence) {
-  EXPECT_EQ(EndOfSaving(LOGSettings()), "Error converting LOG Edit settings!\nExiting program.");
+  EXPECT_EQ(EndOfSaving<LOGSettings>(), "Error converting LOG Edit settings!\nExiting program.");
 }
 
 TEST(OutOfMemory, SavingTheMsrPageEndsTheProgramWithItsSentence) {
-  EXPECT_EQ(EndOfSaving(MSRSettings()), "Error converting MSR settings!\nExiting program.");
+  EXPECT_EQ(EndOfSaving<MSRSettings>(), "Error converting MSR settings!\nExiting program.");
 }
 
 }  // namespace

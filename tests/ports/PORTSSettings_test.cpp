@@ -20,7 +20,7 @@ class PORTSSettingsTest : public testing::Test {
     return settings;
   }
 
-  ConfigFile::Pairs SavedBy(const PORTSSettings& settings) {
+  ConfigFile::Pairs SavedBy(PORTSSettings settings) {
     settings.Save(file_->document());
     return file_->Saved(kSection);
   }
@@ -129,6 +129,18 @@ TEST_F(PORTSSettingsTest, ElementsOfTheSameNamesElsewhereInTheFileStay) {
       L"<MZP><Ports_Configuration/><Other><MSR_USB>mine</MSR_USB></Other></MZP>");
   PORTSSettings({}).Save(file_->document());
   EXPECT_EQ(file_->document().ReadSection(L"Other")[0].text, L"mine");
+}
+
+TEST_F(PORTSSettingsTest, AreChangedUntilTheyAreSaved) {
+  PORTSSettings settings = Loaded(L"<MSR_USB>COM1</MSR_USB>");
+  EXPECT_FALSE(settings.changed());
+  settings.Clear();
+  EXPECT_TRUE(settings.changed());
+  settings.Configure(kMsr, {L"COM1", {}}, {});
+  EXPECT_FALSE(settings.changed());
+  settings.Configure(kMsr, {L"COM2", {}}, {});
+  settings.Save(file_->document());
+  EXPECT_FALSE(settings.changed());
 }
 
 TEST_F(PORTSSettingsTest, APortThatHasBeenPluggedInSinceTheStartIsOfferedOnceItWasChosen) {

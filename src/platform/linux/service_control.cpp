@@ -8,4 +8,9 @@ std::unique_ptr<ServiceManager> OpenServiceManager() {
   return OpenSystemdManager(kServiceCallLimit);
 }
 
+/// The manager decides by the call, not by the connection.
+std::unique_ptr<ServiceManager> OpenServiceManagerToLook() {
+  return OpenServiceManager();
+}
+
 }  // namespace qlx::platform

@@ -34,15 +34,23 @@ class ManagerHandle {
   int error_;
 };
 
-ManagerHandle OpenedService(const ManagerHandle& manager, const std::wstring& name) {
+/// What is asked for at the manager and at each of its services.
+struct Access {
+  DWORD manager;
+  DWORD service;
+};
+constexpr Access kControl = {SC_MANAGER_ALL_ACCESS, SERVICE_ALL_ACCESS};
+constexpr Access kLook = {SC_MANAGER_CONNECT, SERVICE_QUERY_STATUS};
+
+ManagerHandle OpenedService(const ManagerHandle& manager, const std::wstring& name, const Access& access) {
   if (!manager) return ManagerHandle(manager.error());
-  return ManagerHandle(OpenServiceW(manager.get(), name.c_str(), SERVICE_ALL_ACCESS));
+  return ManagerHandle(OpenServiceW(manager.get(), name.c_str(), access.service));
 }
 
 class ControlledService final : public Service {
  public:
-  ControlledService(const ManagerHandle& manager, const std::wstring& name)
-      : service_(OpenedService(manager, name)) {}
+  ControlledService(const ManagerHandle& manager, const std::wstring& name, const Access& access)
+      : service_(OpenedService(manager, name, access)) {}
 
   std::optional<ServiceState> QueryState() override {
     const auto state = CurrentState();
@@ -87,18 +95,26 @@ class ControlledService final : public Service {
 
 class ControlManager final : public ServiceManager {
  public:
+  explicit ControlManager(const Access& access)
+      : access_(access), manager_(OpenSCManagerW(nullptr, nullptr, access.manager)) {}
+
   std::unique_ptr<Service> Open(std::string_view name) override {
-    return std::make_unique<ControlledService>(manager_, FromUtf8(name));
+    return std::make_unique<ControlledService>(manager_, FromUtf8(name), access_);
   }
 
  private:
-  ManagerHandle manager_{OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)};
+  Access access_;
+  ManagerHandle manager_;
 };
 
 }  // namespace
 
 std::unique_ptr<ServiceManager> OpenServiceManager() {
-  return std::make_unique<ControlManager>();
+  return std::make_unique<ControlManager>(kControl);
+}
+
+std::unique_ptr<ServiceManager> OpenServiceManagerToLook() {
+  return std::make_unique<ControlManager>(kLook);
 }
 
 }  // namespace qlx::platform

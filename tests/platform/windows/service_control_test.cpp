@@ -35,6 +35,16 @@ TEST_F(ServiceControl, AStoppedServiceIsStartedAndRuns) {
   EXPECT_EQ(service->QueryState(), ServiceState::kRunning);
 }
 
+TEST_F(ServiceControl, WhoOnlyLooksIsToldTheStateAndMayNotChangeIt) {
+  InstalledService installed(name(), journal());
+  installed.Start();
+  const auto manager = OpenServiceManagerToLook();
+  const auto service = manager->Open(ToUtf8(name()));
+  EXPECT_EQ(service->QueryState(), ServiceState::kRunning);
+  EXPECT_EQ(service->RequestStop(), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(service->QueryState(), ServiceState::kRunning);
+}
+
 TEST_F(ServiceControl, ARunningServiceStopsWhenAsked) {
   InstalledService installed(name(), journal());
   installed.Start();
