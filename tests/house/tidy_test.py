@@ -54,6 +54,7 @@ class Tidy(PlantedTree):
             "header": lambda: self.plant("src/config/a.h", "#pragma once\n// the answer\nint Answer();\n"),
             "flags": lambda: self.compile_with("-DX"),
             "checks": lambda: self.plant(".clang-tidy", (HOUSE / ".clang-tidy").read_text() + "# changed\n"),
+            "checks of its folder": lambda: self.plant("src/config/.clang-tidy", "InheritParentConfig: true\n"),
         }
         self.assert_known(0)
         for name, change in changes.items():
