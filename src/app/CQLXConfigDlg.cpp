@@ -13,6 +13,7 @@
 #include "app/program_icon.h"
 #include "config/save_error.h"
 #include "config/start_up.h"
+#include "controls/Banner.h"
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
 #include "controls/translation.h"
@@ -29,6 +30,7 @@ namespace {
 
 constexpr int kTabControl = 1000;
 constexpr int kApplyAllButton = 1031;
+constexpr int kReadOnlyText = 2004;
 constexpr int kAboutCommand = 0x0010;
 constexpr int kPrinterTab = 4;
 constexpr std::chrono::milliseconds kAnswerTime{1500};
@@ -96,12 +98,20 @@ void CQLXConfigDlg::LayOut() {
   buttons->Add(apply_all_);
 
   auto* frame = new wxBoxSizer(wxVERTICAL);
+  if (!editable_) frame->Add(ReadOnlyBanner(), wxSizerFlags().Expand().Border(wxLEFT | wxTOP | wxRIGHT));
   frame->Add(tabs_, wxSizerFlags(1).Expand().Border(wxALL));
   frame->Add(buttons, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
   status_ = new StatusLine(this);
   frame->Add(status_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM));
   SetSizerAndFit(frame);
   Centre();
+}
+
+wxWindow* CQLXConfigDlg::ReadOnlyBanner() {
+  return new Banner(this, kReadOnlyText,
+                    _("Read only: this program runs without the rights to change settings. To change them, "
+                      "close it and start it as administrator (root)."),
+                    kNoteCharacters);
 }
 
 /// The native controls of some systems look for a mnemonic in the page that has the focus only.

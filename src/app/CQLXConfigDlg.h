@@ -53,6 +53,7 @@ class CQLXConfigDlg : public wxDialog {
  private:
   void MakePages();
   void LayOut();
+  wxWindow* ReadOnlyBanner();
   void SetMnemonicFromEverywhere(const wxString& about_label);
   void BindEvents();
   void LoadDocument();

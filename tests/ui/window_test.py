@@ -49,6 +49,9 @@ class Start(WindowCase):
         self.open(complete_file()).kill()
         self.open(complete_file())
 
+    def test_whoever_may_change_settings_is_told_nothing_of_rights(self):
+        self.assertIsNone(self.open(complete_file()).find(2004))
+
     def test_the_window_shows_the_five_tabs_with_com_ports_in_front(self):
         tool = self.open(complete_file())
         self.assertEqual(tool.tabs(), ["COM Ports", "Logging", "MSR", "iButton", "Printer"])

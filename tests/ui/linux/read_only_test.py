@@ -14,6 +14,11 @@ NO_RIGHTS = (
     "You do not have sufficient permissions.\n"
     "Please run the application as Administrator if you need to change the settings."
 )
+READ_ONLY = (
+    "Read only: this program runs without the rights to change settings. "
+    "To change them, close it and start it as administrator (root)."
+)
+BANNER = 2004
 MSR_CONTROLS = [*range(1001, 1019), 1029, 1024]
 PRINTER_CONTROLS = [1074, 1075, 1096, 1072, 1073]
 IBUTTON_CONTROLS = [*range(1040, 1051), 1033, 1034]
@@ -37,6 +42,16 @@ class ReadOnly(WindowCase):
         self.assertEqual(tool.text(1022), "4000")
         self.assertFalse(tool.checked(1021))
         self.assertFalse(tool.enabled(1031))
+
+    def test_every_page_says_above_it_that_it_is_read_only_why_and_what_to_do(self):
+        tool = self.open_and_read(complete_file())
+        for tab in tool.tabs():
+            tool.tab(tab)
+            self.assertEqual(tool.name(BANNER), READ_ONLY)
+            left, top, width, height = tool.bounds(BANNER)
+            frame = tool.window_bounds("Quillon Configuration Tool")
+            self.assertLessEqual(top + height, tool.bounds(1000)[1], "not above the tabs")
+            self.assertLessEqual(left + width, frame[0] + frame[2], "wider than the window")
 
     def test_ports_stay_as_they_are_and_the_demo_works(self):
         ports = Ports("COM3")
