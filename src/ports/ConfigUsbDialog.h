@@ -8,14 +8,18 @@
 #include <wx/sizer.h>
 
 #include "controls/LimitedEdit.h"
+#include "controls/help.h"
+#include "controls/help_book.h"
 #include "ports/UsbSelection.h"
 
 namespace qlx {
 
 /// Caption by kind; ends with wxID_OK or wxID_CANCEL. The selection is lent and holds what was chosen.
-class ConfigUsbDialog : public wxDialog {
+class ConfigUsbDialog : public wxDialog, public HasHelp {
  public:
   ConfigUsbDialog(wxWindow* parent, DeviceKind kind, UsbSelection& selection);
+
+  std::wstring_view help_chapter() const override { return kConfigureChapter; }
 
  private:
   /// One device: its list and the texts of its vendor, product and serial number.

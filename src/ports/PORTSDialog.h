@@ -11,6 +11,7 @@
 #include "controls/ReportList.h"
 #include "controls/RestartProgress.h"
 #include "controls/SettingsPage.h"
+#include "controls/help_book.h"
 #include "ports/PORTSSettings.h"
 #include "ports/UsbDevices.h"
 #include "services/ServiceRestart.h"
@@ -27,6 +28,7 @@ class PORTSDialog : public SettingsPage {
 
   void Initialise(ConfigDocument* document, bool editable) override;
   void SaveToData() override;
+  std::wstring_view help_chapter() const override { return kComPortsChapter; }
 
   /// While a restart that began here goes on.
   bool restarting() const { return restart_.running(); }
