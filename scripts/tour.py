@@ -1,5 +1,5 @@
 """tour.py PROGRAM PICTURES: what a technician does on a first visit, by mouse and keyboard, with a picture of each
-step. Runs on a screen of its own (scripts/private-display) against a suite (scripts/with-simulator)."""
+step, NUMBER-NAME.png; those of the guide and of the README are among them (scripts/pictures). Runs on a screen of its own (scripts/private-display) against a suite (scripts/with-simulator)."""
 
 import os
 import subprocess
@@ -60,10 +60,9 @@ class Tour:
 
     def change_logging(self):
         self.tool.tab("Logging")
-        self.tool.choose(1019, "Verbose", before=1022)
+        self.tool.choose(1019, "Trace", before=1022)
         self.tool.enter(1023, "2048")
-        self.tool.check(1037, False)
-        self.picture("logging-changed")
+        self.picture("logging")
         self.tool.click(1026)
         self.tool.box_text()
         self.picture("logging-saved")
@@ -74,7 +73,7 @@ class Tour:
         self.tool.check(1006, True)
         self.tool.check(1012, True)
         self.tool.enter(1014, "<card>")
-        self.picture("msr-changed")
+        self.picture("msr")
         self.tool.click(1024)
         self.tool.answer("OK", "MSR settings saved.")
 
@@ -84,7 +83,7 @@ class Tour:
         self.tool.click(1048)
         wait_for(lambda: self.tool.text(1040) == "4B 65 79 3A", "the converted prefix")
         self.tool.enter(1041, "0d0a")
-        self.picture("ibutton-changed")
+        self.picture("ibutton")
         self.tool.click(1034)
         self.tool.answer("OK", "iButton settings saved.")
 
@@ -100,14 +99,14 @@ class Tour:
     def bind_ports(self):
         self.tool.tab("COM Ports")
         self.configure(DRAWERS, "Cash Drawer (USB) Configuration", "COM6", [(1061, "a"), (1062, "b")])
-        self.picture("drawers-chosen")
+        self.picture("configure")
         self.tool.click(1)
         self.tool.main_window()
         for row, title, port in OTHER_PORTS:
             self.configure(row, title + " Configuration", port)
             self.tool.click(1)
             self.tool.main_window()
-        self.picture("ports-bound")
+        self.picture("ports")
 
     def try_devices(self):
         """The first demo restarts the services; from then on each device is there."""
@@ -172,9 +171,30 @@ class Tour:
         wait_for(lambda: self.tool.enabled(1000), "the printer's answer")
         self.tool.pick(1074, "852")
         self.tool.check(1096, True)
-        self.picture("printer-changed")
+        self.picture("printer")
         self.tool.click(1073)
         self.tool.answer("OK", "Printer settings saved.")
+
+    def visit_without_services(self):
+        """What a failed restart looks like: nobody answers on the bus. The help is there all the same."""
+        self.tool = Tool(self.installation, Tool.ALONE)
+        self.tool.main_window()
+        self.tool.await_printer()
+        self.tool.tab("Logging")
+        self.tool.key("F1")
+        self.tool.active_window("Help: Logging")
+        self.picture("help")
+        self.tool.key("Escape")
+        self.tool.await_no_other_window()
+        self.tool.click(1026)
+        self.tool.answer("OK", "Log settings saved.")
+        self.tool.close()
+        self.tool.answer("Yes")
+        wait_for(lambda: "GetLastError" in self.tool.box_text(), "the end of the restart")
+        self.picture("restart-failed")
+        self.tool.answer("OK")
+        self.tool.answer("OK")
+        self.end()
 
     def close_with_restart(self):
         self.tool.box_text()
@@ -199,6 +219,7 @@ def main():
     try:
         tour.visit()
         tour.visit_again()
+        tour.visit_without_services()
     finally:
         tour.tool.kill()
         window_manager.terminate()

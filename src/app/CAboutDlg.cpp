@@ -22,7 +22,9 @@ CAboutDlg::CAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("About Con
   version->Add(new wxStaticText(this, wxID_ANY, QLX_VERSION));
   auto* lines = new wxBoxSizer(wxVERTICAL);
   lines->Add(version, wxSizerFlags().Border(wxBOTTOM));
-  lines->Add(new wxStaticText(this, wxID_ANY, _("Configures the Quillon driver suite on this terminal.")));
+  lines->Add(new wxStaticText(this, wxID_ANY, _("Configures the Quillon driver suite on this terminal.")),
+             wxSizerFlags().Border(wxBOTTOM));
+  lines->Add(new wxStaticText(this, wxID_ANY, _("Press F1 for help.")));
 
   auto* body = new wxBoxSizer(wxHORIZONTAL);
   body->Add(new wxStaticBitmap(this, wxID_ANY, ProgramIcon(wxSize(kIconSize, kIconSize))),

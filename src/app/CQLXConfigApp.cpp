@@ -1,6 +1,7 @@
 #include "app/CQLXConfigApp.h"
 
 #include "app/CQLXConfigDlg.h"
+#include "controls/help.h"
 #include "controls/message_box.h"
 #include "controls/translation.h"
 #include "platform/program.h"
@@ -10,6 +11,7 @@ namespace {
 
 constexpr char kInstanceName[] = "__MZPCONFIG__";
 constexpr wchar_t kTranslations[] = L"locale";
+constexpr wchar_t kHelp[] = L"help";
 
 }  // namespace
 
@@ -18,6 +20,7 @@ bool CQLXConfigApp::OnInit() {
   if (const auto folder = platform::ThisProgram().PathBesideExecutable(kTranslations))
     LoadTranslations(*folder);
   SetAppDisplayName(Translated(kProgramTitle));
+  if (const auto folder = platform::ThisProgram().PathBesideExecutable(kHelp)) OpenHelpByF1(*this, *folder);
   return wxApp::OnInit();
 }
 

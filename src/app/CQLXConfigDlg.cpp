@@ -71,6 +71,10 @@ CQLXConfigDlg::~CQLXConfigDlg() {
   DestroyChildren();
 }
 
+std::wstring_view CQLXConfigDlg::help_chapter() const {
+  return pages_[static_cast<std::size_t>(tabs_->GetSelection())]->help_chapter();
+}
+
 void CQLXConfigDlg::MakePages() {
   ports_ = new PORTSDialog(tabs_, EndProgram);
   auto* logging = new LOGDialog(tabs_, EndProgram);

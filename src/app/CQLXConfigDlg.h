@@ -42,13 +42,16 @@ class ModalDepth : public wxModalDialogHook {
 
 /// Owns the configuration document, hosts the pages, saves them all at once, and on closing offers the
 /// restart of the services.
-class CQLXConfigDlg : public wxDialog {
+class CQLXConfigDlg : public wxDialog, public HasHelp {
  public:
   /// Loads or creates the configuration file, which may end the program.
   CQLXConfigDlg();
   CQLXConfigDlg(const CQLXConfigDlg&) = delete;
   CQLXConfigDlg& operator=(const CQLXConfigDlg&) = delete;
   ~CQLXConfigDlg() override;
+
+  /// That of the page in front.
+  std::wstring_view help_chapter() const override;
 
  private:
   void MakePages();

@@ -3,12 +3,14 @@
 
 #include <wx/panel.h>
 
+#include "controls/help.h"
+
 namespace qlx {
 
 class ConfigDocument;
 
 /// One tab page. The document is lent for the life of the page; user-interface thread only.
-class SettingsPage : public wxPanel {
+class SettingsPage : public wxPanel, public HasHelp {
  public:
   using wxPanel::wxPanel;
 

@@ -12,17 +12,21 @@
 
 #include "config/DeviceKind.h"
 #include "controls/UiThreadCalls.h"
+#include "controls/help.h"
+#include "controls/help_book.h"
 #include "demo/SerialSession.h"
 
 namespace qlx {
 
 /// Talks to one device over its port for as long as the window is open: shows all that it sends, and sends it
 /// the commands of its kind.
-class DemoDialog : public wxDialog {
+class DemoDialog : public wxDialog, public HasHelp {
  public:
   /// `open_port` opens the port of a terminal; another one is for tests.
   DemoDialog(wxWindow* parent, DeviceKind kind, const std::wstring& port,
              SerialLink::OpenPort open_port = platform::OpenSerialPort);
+
+  std::wstring_view help_chapter() const override { return kDemoChapter; }
 
  private:
   void LayOut(const std::wstring& port);

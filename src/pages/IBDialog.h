@@ -1,6 +1,7 @@
 // The "iButton" page.
 #pragma once
 
+#include "controls/help_book.h"
 #include "pages/IBSettings.h"
 #include "pages/PageView.h"
 
@@ -18,6 +19,8 @@ class IBDialog : public PageView {
   };
 
   IBDialog(wxWindow* parent, FatalEnd end_program);
+
+  std::wstring_view help_chapter() const override { return kIButtonChapter; }
 
  private:
   wxSizer* MakeParameters();

@@ -18,13 +18,13 @@ struct Module {
 };
 
 constexpr Module kModules[] = {
-    {LOGSettings::kService, Translatable("Service")},
-    {LOGSettings::kMsr, Translatable("MSR")},
-    {LOGSettings::kLineDisplay, Translatable("Line Display")},
-    {LOGSettings::kIButton, Translatable("iButton")},
-    {LOGSettings::kCashDrawerUsb, Translatable("Cash Drawer (USB)")},
-    {LOGSettings::kCashDrawerPci, Translatable("Cash Drawer (PCI)")},
-    {LOGSettings::kPrinter, Translatable("Printer")},
+    {LOGSettings::Control(L"Module_Service"), Translatable("Service")},
+    {LOGSettings::Control(L"Module_MSR"), Translatable("MSR")},
+    {LOGSettings::Control(L"Module_LD"), Translatable("Line Display")},
+    {LOGSettings::Control(L"Module_IB"), Translatable("iButton")},
+    {LOGSettings::Control(L"Module_CD"), Translatable("Cash Drawer (USB)")},
+    {LOGSettings::Control(L"Module_CD_PCI"), Translatable("Cash Drawer (PCI)")},
+    {LOGSettings::Control(L"Module_PRINTER_USB"), Translatable("Printer")},
 };
 
 constexpr int kModuleColumns = 4;

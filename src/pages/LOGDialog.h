@@ -1,6 +1,7 @@
 // The "Logging" page.
 #pragma once
 
+#include "controls/help_book.h"
 #include "pages/LOGSettings.h"
 #include "pages/PageView.h"
 
@@ -10,6 +11,8 @@ namespace qlx {
 class LOGDialog : public PageView {
  public:
   LOGDialog(wxWindow* parent, FatalEnd end_program);
+
+  std::wstring_view help_chapter() const override { return kLoggingChapter; }
 
  private:
   wxSizer* MakeSettings();

@@ -1,6 +1,7 @@
 // The "MSR" page.
 #pragma once
 
+#include "controls/help_book.h"
 #include "pages/MSRSettings.h"
 #include "pages/PageView.h"
 
@@ -10,6 +11,8 @@ namespace qlx {
 class MSRDialog : public PageView {
  public:
   MSRDialog(wxWindow* parent, FatalEnd end_program);
+
+  std::wstring_view help_chapter() const override { return kMsrChapter; }
 
  private:
   void Fill() override;

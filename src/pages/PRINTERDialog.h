@@ -8,6 +8,7 @@
 #include "controls/BusyWindow.h"
 #include "controls/SettingsPage.h"
 #include "controls/UiThreadCalls.h"
+#include "controls/help_book.h"
 #include "pages/LogoControls.h"
 #include "pages/LogoStore.h"
 #include "pages/PRINTERSettings.h"
@@ -32,6 +33,7 @@ class PRINTERDialog : public SettingsPage {
   void Initialise(ConfigDocument* document, bool editable) override;
   void SaveToData() override;
   bool HasUnsavedChanges() override;
+  std::wstring_view help_chapter() const override { return kPrinterChapter; }
 
   /// From the Apply button to the end of its worker.
   bool saving() const { return saving_; }

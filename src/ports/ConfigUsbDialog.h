@@ -13,6 +13,8 @@
 
 #include "controls/LimitedEdit.h"
 #include "controls/UiThreadCalls.h"
+#include "controls/help.h"
+#include "controls/help_book.h"
 #include "ports/DeviceWatch.h"
 #include "ports/UsbSelection.h"
 
@@ -20,9 +22,11 @@ namespace qlx {
 
 /// Caption by kind; ends with wxID_OK or wxID_CANCEL. The selection is lent and holds what was chosen. While
 /// the window is there, `look` tells on another thread what is plugged in.
-class ConfigUsbDialog : public wxDialog {
+class ConfigUsbDialog : public wxDialog, public HasHelp {
  public:
   ConfigUsbDialog(wxWindow* parent, DeviceKind kind, UsbSelection& selection, DeviceWatch::Look look);
+
+  std::wstring_view help_chapter() const override { return kConfigureChapter; }
 
  private:
   /// One device: its list and the texts of its vendor, product and serial number.

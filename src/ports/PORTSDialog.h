@@ -15,6 +15,7 @@
 #include "controls/RestartProgress.h"
 #include "controls/SettingsPage.h"
 #include "controls/UiThreadCalls.h"
+#include "controls/help_book.h"
 #include "ports/DeviceWatch.h"
 #include "ports/PORTSSettings.h"
 #include "ports/UsbDevices.h"
@@ -34,6 +35,7 @@ class PORTSDialog : public SettingsPage {
   void Initialise(ConfigDocument* document, bool editable) override;
   void SaveToData() override;
   bool HasUnsavedChanges() override { return settings_.changed(); }
+  std::wstring_view help_chapter() const override { return kComPortsChapter; }
 
   /// While a restart that began here goes on.
   bool restarting() const { return restart_.running(); }

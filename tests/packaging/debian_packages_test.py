@@ -10,6 +10,7 @@ import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
+from help_files import help_files
 from package_files import VERSION, completions, output, package
 
 APP = "example.harlune.qlxconfig"
@@ -17,6 +18,7 @@ PROGRAM = "opt/harlune/quillon/QLXConfig"
 TOOL = {
     PROGRAM,
     *(f"opt/harlune/quillon/locale/{language}/LC_MESSAGES/qlxconfig.mo" for language in ("de", "es")),
+    *(f"opt/harlune/quillon/{name}" for name in help_files()),
     "usr/bin/QLXConfig",
     f"usr/share/applications/{APP}.desktop",
     f"usr/share/metainfo/{APP}.metainfo.xml",

@@ -7,6 +7,8 @@ import tempfile
 import time
 import unittest
 
+from help_files import help_files
+
 LIMIT = 60  # seconds that any single expectation may take
 SETUP = os.environ["QLX_SETUP"]
 NEXT_SETUP = os.environ["QLX_NEXT_SETUP"]
@@ -111,11 +113,12 @@ class WindowsInstaller(unittest.TestCase):
 
     # Installation
 
-    def test_brings_the_program_its_catalogues_and_what_there_is_to_read(self):
+    def test_brings_the_program_its_catalogues_its_help_and_what_there_is_to_read(self):
         self.assertEqual(install(), 0)
         catalogues = [f"locale/{language}/LC_MESSAGES/qlxconfig.mo" for language in LANGUAGES]
-        texts = [f"doc/QLXConfig/{name}.txt" for name in ("LICENSE", "THIRD-PARTY", "user-guide")]
-        self.assertEqual(files(DIRECTORY), sorted(["QLXConfig-uninstall.exe", "QLXConfig.exe", *catalogues, *texts]))
+        texts = [f"doc/QLXConfig/{name}.txt" for name in ("LICENSE", "THIRD-PARTY")]
+        programs = ["QLXConfig-uninstall.exe", "QLXConfig.exe"]
+        self.assertEqual(files(DIRECTORY), sorted([*programs, *catalogues, *help_files(), *texts]))
         self.assertEqual(content(DIRECTORY + r"\doc\QLXConfig\LICENSE.txt")[:11], b"MIT License")
 
     def test_installs_the_program_that_was_built(self):

@@ -83,10 +83,10 @@ TEST(LOGSettings, UnknownKeysAndOtherLetterCaseAreIgnored) {
   EXPECT_EQ(Loaded(L"Colour", L"80").Text(LOGSettings::kTcpPort), L"38674");
 }
 
-TEST(LOGSettings, SavesAllElevenKeysInOrderAndAnUncheckedModuleAsEmptyText) {
+TEST(LOGSettings, SavesEveryKeyInOrderAndAnUncheckedModuleAsEmptyText) {
   ConfigFile file(L"<MZP><Logging_Configuration/></MZP>");
   LOGSettings settings;
-  settings.SetChecked(LOGSettings::kMsr, false);
+  settings.SetChecked(LOGSettings::Control(L"Module_MSR"), false);
   settings.SetChoice(LOGSettings::kLogLevel, 3);
   settings.SetText(LOGSettings::kTcpPort, L"");
   settings.Save(file.document(), kThrow);
