@@ -152,7 +152,7 @@ TEST(LOGSettings, AreChangedByDefaultsThatAreNotTheFiles) {
 TEST(LOGSettings, AreUnchangedOnceTheyAreSaved) {
   ConfigFile file(L"<MZP><Logging_Configuration/></MZP>");
   LOGSettings settings;
-  settings.SetChecked(LOGSettings::kMsr, false);
+  settings.SetChecked(LOGSettings::Control(L"Module_MSR"), false);
   EXPECT_TRUE(settings.changed());
   settings.Save(file.document(), kThrow);
   EXPECT_FALSE(settings.changed());
@@ -161,7 +161,7 @@ TEST(LOGSettings, AreUnchangedOnceTheyAreSaved) {
 TEST(LOGSettings, StayChangedWhenTheFileWasNotWritten) {
   const auto document = MakeConfigDocument([](const std::wstring&) {});
   LOGSettings settings;
-  settings.SetChecked(LOGSettings::kMsr, false);
+  settings.SetChecked(LOGSettings::Control(L"Module_MSR"), false);
   settings.Save(*document, kThrow);  // which nothing has opened
   EXPECT_TRUE(settings.changed());
 }
