@@ -155,7 +155,7 @@ void PORTSDialog::TellAbsentPorts() {
   absent_ports_->Wrap(kAbsentCharacters * GetCharWidth());
   absent_ports_->Show(!words.empty());
   SetAccessibleDescription(list_->window(), words);
-  Layout();
+  if (IsShownOnScreen()) Layout();  // before that the page has no size to lay anything out in
 }
 
 wxString PORTSDialog::AbsentPortsInWords() const {
