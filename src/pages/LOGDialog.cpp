@@ -18,13 +18,13 @@ struct Module {
 };
 
 constexpr Module kModules[] = {
-    {LOGSettings::kService, Translatable("Service")},
-    {LOGSettings::kMsr, Translatable("MSR")},
-    {LOGSettings::kLineDisplay, Translatable("Line Display")},
-    {LOGSettings::kIButton, Translatable("iButton")},
-    {LOGSettings::kCashDrawerUsb, Translatable("Cash Drawer (USB)")},
-    {LOGSettings::kCashDrawerPci, Translatable("Cash Drawer (PCI)")},
-    {LOGSettings::kPrinter, Translatable("Printer")},
+    {LOGSettings::kService, Translatable("Servi&ce")},
+    {LOGSettings::kMsr, Translatable("&MSR")},
+    {LOGSettings::kLineDisplay, Translatable("L&ine Display")},
+    {LOGSettings::kIButton, Translatable("i&Button")},
+    {LOGSettings::kCashDrawerUsb, Translatable("Cash Drawer (&USB)")},
+    {LOGSettings::kCashDrawerPci, Translatable("Cash D&rawer (PCI)")},
+    {LOGSettings::kPrinter, Translatable("Print&er")},
 };
 
 constexpr int kModuleColumns = 4;
@@ -49,20 +49,20 @@ wxSizer* LOGDialog::MakeSettings() {
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   grid->AddGrowableCol(1);
   const Place in = {group->GetStaticBox(), grid};
-  AddLabel(in, _("Log File Name:"));
-  AddEdit(in, LOGSettings::kFileName, _("Log File Name:"), wxEXPAND);
+  AddLabel(in, _("Log File &Name:"));
+  AddEdit(in, LOGSettings::kFileName, _("Log File &Name:"), wxEXPAND);
 
   auto* size = new wxBoxSizer(wxHORIZONTAL);
-  AddLabel(in, _("Log File Size:"));
-  AddEdit({in.parent, size}, LOGSettings::kFileSize, _("Log File Size:"), 0);
+  AddLabel(in, _("Log File &Size:"));
+  AddEdit({in.parent, size}, LOGSettings::kFileSize, _("Log File &Size:"), 0);
   size->AddSpacer(GetCharWidth());
   AddLabel({in.parent, size}, _("KB"));
   grid->Add(size);
 
-  AddLabel(in, _("TCP Port Number:"));
-  AddEdit(in, LOGSettings::kTcpPort, _("TCP Port Number:"), 0);
-  AddLabel(in, _("Log Level:"));
-  AddChoice(in, LOGSettings::kLogLevel, _("Log Level:"), Translated(kLevels));
+  AddLabel(in, _("&TCP Port Number:"));
+  AddEdit(in, LOGSettings::kTcpPort, _("&TCP Port Number:"), 0);
+  AddLabel(in, _("Log Le&vel:"));
+  AddChoice(in, LOGSettings::kLogLevel, _("Log Le&vel:"), Translated(kLevels));
   group->Add(grid, wxSizerFlags().Expand().Border(wxALL));
   return group;
 }
