@@ -92,13 +92,13 @@ void CQLXConfigDlg::MakePages() {
 void CQLXConfigDlg::LayOut() {
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
   auto* about = new wxButton(this, kAboutCommand, _("&About Configuration Tool..."));
-  SetMnemonicFromEverywhere(about->GetLabel());
   buttons->Add(about);
   asking_ = new wxStaticText(this, wxID_ANY, _("Asking the printer..."));
   asking_->Hide();
   buttons->Add(asking_, wxSizerFlags().CentreVertical().Border(wxLEFT).ReserveSpaceEvenIfHidden());
   buttons->AddStretchSpacer();
-  apply_all_ = new wxButton(this, kApplyAllButton, _("Apply All"));
+  apply_all_ = new wxButton(this, kApplyAllButton, _("Apply A&ll"));
+  SetMnemonicsFromEverywhere({about, apply_all_});
   buttons->Add(apply_all_);
 
   auto* frame = new wxBoxSizer(wxVERTICAL);
@@ -119,11 +119,14 @@ wxWindow* CQLXConfigDlg::ReadOnlyBanner() {
 }
 
 /// The native controls of some systems look for a mnemonic in the page that has the focus only.
-void CQLXConfigDlg::SetMnemonicFromEverywhere(const wxString& about_label) {
-  const wxString letter = about_label.AfterFirst('&').Left(1).Upper();
-  if (letter.empty()) return;
-  const wxAcceleratorEntry key(wxACCEL_ALT, static_cast<int>(letter[0].GetValue()), kAboutCommand);
-  SetAcceleratorTable(wxAcceleratorTable(1, &key));
+void CQLXConfigDlg::SetMnemonicsFromEverywhere(const std::vector<wxButton*>& buttons) {
+  std::vector<wxAcceleratorEntry> keys;
+  for (const wxButton* button : buttons) {
+    const wxString letter = button->GetLabel().AfterFirst('&').Left(1).Upper();
+    if (!letter.empty())
+      keys.emplace_back(wxACCEL_ALT, static_cast<int>(letter[0].GetValue()), button->GetId());
+  }
+  SetAcceleratorTable(wxAcceleratorTable(static_cast<int>(keys.size()), keys.data()));
 }
 
 void CQLXConfigDlg::BindEvents() {
@@ -132,8 +135,9 @@ void CQLXConfigDlg::BindEvents() {
   const auto show_about = [this](wxCommandEvent&) { CAboutDlg(this).ShowModal(); };
   Bind(wxEVT_BUTTON, show_about, kAboutCommand);
   Bind(wxEVT_MENU, show_about, kAboutCommand);
-  Bind(
-      wxEVT_BUTTON, [this](wxCommandEvent&) { OnApplyAll(); }, kApplyAllButton);
+  const auto apply_all = [this](wxCommandEvent&) { OnApplyAll(); };
+  Bind(wxEVT_BUTTON, apply_all, kApplyAllButton);
+  Bind(wxEVT_MENU, apply_all, kApplyAllButton);
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { OnCancel(); });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
     if (event.GetKeyCode() == WXK_ESCAPE) {
@@ -240,7 +244,7 @@ bool CQLXConfigDlg::busy() const {
 }
 
 void CQLXConfigDlg::OnApplyAll() {
-  if (busy()) return;
+  if (busy() || !editable_) return;  // its key is not grey
   for (SettingsPage* page : pages_) page->SaveToData();
   ShowBox(this, _("All settings saved.").ToStdWstring(), BoxIcon::kInformation);
 }

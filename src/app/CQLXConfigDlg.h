@@ -57,7 +57,7 @@ class CQLXConfigDlg : public wxDialog, public HasHelp {
   void MakePages();
   void LayOut();
   wxWindow* ReadOnlyBanner();
-  void SetMnemonicFromEverywhere(const wxString& about_label);
+  void SetMnemonicsFromEverywhere(const std::vector<wxButton*>& buttons);
   void BindEvents();
   void LoadDocument();
   void InitialisePages();

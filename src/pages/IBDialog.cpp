@@ -25,11 +25,11 @@ constexpr const char* kDelimiters[] = {Translatable("None"), Translatable("CR"),
                                        Translatable("CR+ LF"), Translatable("TAB")};
 
 constexpr IBDialog::ByteStringControls kByteStrings[] = {
-    {IBSettings::kPrefix, Translatable("Prefix:"), 1048,
+    {IBSettings::kPrefix, Translatable("Prefi&x:"), 1048,
      Translatable(L"Paste converted ASCII characters from the HEX text box to the Prefix text box")},
-    {IBSettings::kSuffix, Translatable("Suffix (Postfix):"), 1049,
+    {IBSettings::kSuffix, Translatable("S&uffix (Postfix):"), 1049,
      Translatable(L"Paste converted ASCII characters from the HEX text box to the Suffix text box")},
-    {IBSettings::kOnRemove, Translatable("On Remove:"), 1050,
+    {IBSettings::kOnRemove, Translatable("On &Remove:"), 1050,
      Translatable(L"Paste converted ASCII characters from the HEX text box to the On Remove text box")},
 };
 
@@ -71,9 +71,9 @@ wxSizer* IBDialog::MakeChoices(wxWindow* group) {
     row->AddSpacer(GetCharWidth());
     AddChoice({group, row}, id, label, items);
   };
-  add(IBSettings::kStart, _("ID Start:"), Numbers());
-  add(IBSettings::kLength, _("ID Length:"), Numbers());
-  add(IBSettings::kDelimiter, _("Delimiter:"), Translated(kDelimiters));
+  add(IBSettings::kStart, _("ID &Start:"), Numbers());
+  add(IBSettings::kLength, _("ID Len&gth:"), Numbers());
+  add(IBSettings::kDelimiter, _("Deli&miter:"), Translated(kDelimiters));
   return row;
 }
 
@@ -96,14 +96,14 @@ wxSizer* IBDialog::MakeConverter() {
   grid->AddGrowableCol(1);
   wxWindow* const parent = group->GetStaticBox();
 
-  AddLabel({parent, grid}, _("ASCII:"));
+  AddLabel({parent, grid}, _("AS&CII:"));
   auto* ascii = new LimitedEdit(parent, kAscii, {.limit = kConverterLength});
-  SetAccessibleName(*ascii, _("ASCII:"));
+  SetAccessibleName(*ascii, wxControl::RemoveMnemonics(_("AS&CII:")));
   grid->Add(ascii);
 
-  AddLabel({parent, grid}, _("HEX:"));
+  AddLabel({parent, grid}, _("H&EX:"));
   hex_ = new LimitedEdit(parent, kHex, {}, wxTE_READONLY);
-  SetAccessibleName(*hex_, _("HEX:"));
+  SetAccessibleName(*hex_, wxControl::RemoveMnemonics(_("H&EX:")));
   grid->Add(hex_, wxSizerFlags().Expand());
 
   ascii->Bind(wxEVT_TEXT, [this, ascii](wxCommandEvent&) { hex_->SetText(AsciiToHex(ascii->Text())); });

@@ -18,13 +18,13 @@ struct Module {
 };
 
 constexpr Module kModules[] = {
-    {LOGSettings::Control(L"Module_Service"), Translatable("Service")},
-    {LOGSettings::Control(L"Module_MSR"), Translatable("MSR")},
-    {LOGSettings::Control(L"Module_LD"), Translatable("Line Display")},
-    {LOGSettings::Control(L"Module_IB"), Translatable("iButton")},
-    {LOGSettings::Control(L"Module_CD"), Translatable("Cash Drawer (USB)")},
-    {LOGSettings::Control(L"Module_CD_PCI"), Translatable("Cash Drawer (PCI)")},
-    {LOGSettings::Control(L"Module_PRINTER_USB"), Translatable("Printer")},
+    {LOGSettings::Control(L"Module_Service"), Translatable("Servi&ce")},
+    {LOGSettings::Control(L"Module_MSR"), Translatable("&MSR")},
+    {LOGSettings::Control(L"Module_LD"), Translatable("L&ine Display")},
+    {LOGSettings::Control(L"Module_IB"), Translatable("i&Button")},
+    {LOGSettings::Control(L"Module_CD"), Translatable("Cash Drawer (&USB)")},
+    {LOGSettings::Control(L"Module_CD_PCI"), Translatable("Cash D&rawer (PCI)")},
+    {LOGSettings::Control(L"Module_PRINTER_USB"), Translatable("Print&er")},
 };
 
 constexpr int kModuleColumns = 4;
@@ -49,20 +49,20 @@ wxSizer* LOGDialog::MakeSettings() {
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   grid->AddGrowableCol(1);
   const Place in = {group->GetStaticBox(), grid};
-  AddLabel(in, _("Log File Name:"));
-  AddEdit(in, LOGSettings::kFileName, _("Log File Name:"), wxEXPAND);
+  AddLabel(in, _("Log File &Name:"));
+  AddEdit(in, LOGSettings::kFileName, _("Log File &Name:"), wxEXPAND);
 
   auto* size = new wxBoxSizer(wxHORIZONTAL);
-  AddLabel(in, _("Log File Size:"));
-  AddEdit({in.parent, size}, LOGSettings::kFileSize, _("Log File Size:"), 0);
+  AddLabel(in, _("Log File &Size:"));
+  AddEdit({in.parent, size}, LOGSettings::kFileSize, _("Log File &Size:"), 0);
   size->AddSpacer(GetCharWidth());
   AddLabel({in.parent, size}, _("KB"));
   grid->Add(size);
 
-  AddLabel(in, _("TCP Port Number:"));
-  AddEdit(in, LOGSettings::kTcpPort, _("TCP Port Number:"), 0);
-  AddLabel(in, _("Log Level:"));
-  AddChoice(in, LOGSettings::kLogLevel, _("Log Level:"), Translated(kLevels));
+  AddLabel(in, _("&TCP Port Number:"));
+  AddEdit(in, LOGSettings::kTcpPort, _("&TCP Port Number:"), 0);
+  AddLabel(in, _("Log Le&vel:"));
+  AddChoice(in, LOGSettings::kLogLevel, _("Log Le&vel:"), Translated(kLevels));
   group->Add(grid, wxSizerFlags().Expand().Border(wxALL));
   return group;
 }

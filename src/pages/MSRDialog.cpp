@@ -20,26 +20,26 @@ struct Labelled {
 };
 
 constexpr Labelled kSwitches[] = {
-    {MSRSettings::kRawData, Translatable("Raw Data Mode (AAMVA Mode)")},
-    {MSRSettings::kCarriageReturn, Translatable("Carriage Return Enabled")},
-    {MSRSettings::kTrack1, Translatable("Track 1 Enabled")},
-    {MSRSettings::kTrack2, Translatable("Track 2 Enabled")},
-    {MSRSettings::kTrack3, Translatable("Track 3 Enabled")},
-    {MSRSettings::kStripSentinels, Translatable("Strip Sentinels")},
-    {MSRSettings::kHideErrorTracks, Translatable("Hide Error Tracks")},
+    {MSRSettings::kRawData, Translatable("Raw Data &Mode (AAMVA Mode)")},
+    {MSRSettings::kCarriageReturn, Translatable("Carria&ge Return Enabled")},
+    {MSRSettings::kTrack1, Translatable("Track &1 Enabled")},
+    {MSRSettings::kTrack2, Translatable("Track &2 Enabled")},
+    {MSRSettings::kTrack3, Translatable("Track &3 Enabled")},
+    {MSRSettings::kStripSentinels, Translatable("&Strip Sentinels")},
+    {MSRSettings::kHideErrorTracks, Translatable("Hide Err&or Tracks")},
 };
 
 constexpr Labelled kSentinels[] = {
-    {MSRSettings::kStartSentinel1, Translatable("Start Sentinel (Track 1)")},
-    {MSRSettings::kStartSentinel2, Translatable("Start Sentinel (Track 2)")},
-    {MSRSettings::kStartSentinel3, Translatable("Start Sentinel (Track 3)")},
-    {MSRSettings::kEndSentinel, Translatable("End Sentinel")},
+    {MSRSettings::kStartSentinel1, Translatable("S&tart Sentinel (Track 1)")},
+    {MSRSettings::kStartSentinel2, Translatable("Sta&rt Sentinel (Track 2)")},
+    {MSRSettings::kStartSentinel3, Translatable("Start Se&ntinel (Track 3)")},
+    {MSRSettings::kEndSentinel, Translatable("&End Sentinel")},
 };
 
 constexpr Labelled kTrackReturns[] = {
-    {MSRSettings::kTrackReturn1, Translatable("CR Track 1 Enabled")},
-    {MSRSettings::kTrackReturn2, Translatable("CR Track 2 Enabled")},
-    {MSRSettings::kTrackReturn3, Translatable("CR Track 3 Enabled")},
+    {MSRSettings::kTrackReturn1, Translatable("&CR Track 1 Enabled")},
+    {MSRSettings::kTrackReturn2, Translatable("CR Track 2 Ena&bled")},
+    {MSRSettings::kTrackReturn3, Translatable("CR Trac&k 3 Enabled")},
 };
 
 struct WrapperControls {
@@ -51,9 +51,9 @@ struct WrapperControls {
 
 constexpr WrapperControls ControlsOf(WrapperSide side) {
   return side == WrapperSide::kHead
-             ? WrapperControls{MSRSettings::kHeadOn, MSRSettings::kHeadText, Translatable("Head Wrapper"),
+             ? WrapperControls{MSRSettings::kHeadOn, MSRSettings::kHeadText, Translatable("Head &Wrapper"),
                                Translatable("Head Wrapper text")}
-             : WrapperControls{MSRSettings::kTailOn, MSRSettings::kTailText, Translatable("Tail Wrapper"),
+             : WrapperControls{MSRSettings::kTailOn, MSRSettings::kTailText, Translatable("Ta&il Wrapper"),
                                Translatable("Tail Wrapper text")};
 }
 

@@ -13,6 +13,7 @@
 
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
+#include "controls/field_labels.h"
 #include "controls/message_box.h"
 #include "controls/translation.h"
 #include "log/levels.h"
@@ -83,14 +84,14 @@ PRINTERDialog::~PRINTERDialog() {
 void PRINTERDialog::MakeControls() {
   code_page_ =
       new DropDownList(this, kCodePage, wxDefaultPosition, wxDefaultSize, Items(settings_.code_page().items));
-  SetAccessibleName(*code_page_, _("Set Code Page:"));
+  SetAccessibleName(*code_page_, wxControl::RemoveMnemonics(_("Set &Code Page:")));
   emulation_ = new DropDownList(this, kEmulation, wxDefaultPosition, wxDefaultSize,
                                 Items(settings_.emulation().items));
-  SetAccessibleName(*emulation_, _("Programming Interface:"));
+  SetAccessibleName(*emulation_, wxControl::RemoveMnemonics(_("Programming &Interface:")));
   link_ = new wxHyperlinkCtrl(this, kLink, kSupportPage, kHomePage);
-  new wxButton(this, kDefaultButton, _("Default"));
-  unsolicited_status_ = new wxCheckBox(this, kUnsolicitedStatus, _("Unsolicited Status"));
-  new wxButton(this, kApplyButton, _("Apply"));
+  new wxButton(this, kDefaultButton, _("&Default"));
+  unsolicited_status_ = new wxCheckBox(this, kUnsolicitedStatus, _("&Unsolicited Status"));
+  new wxButton(this, kApplyButton, _("A&pply"));
 }
 
 void PRINTERDialog::LayOut() {
@@ -118,11 +119,13 @@ wxSizer* PRINTERDialog::LayOutSetup() {
   auto* group = new wxStaticBoxSizer(wxVERTICAL, this, _("Printer Setup"));
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   const auto add = [&](int label_id, const wxString& label, wxWindow* control) {
-    grid->Add(new wxStaticText(this, label_id, label), wxSizerFlags().CentreVertical());
+    auto* text = new wxStaticText(this, label_id, label);
+    text->MoveBeforeInTabOrder(control);  // its mnemonic leads to the control behind it
+    grid->Add(text, wxSizerFlags().CentreVertical());
     grid->Add(control, wxSizerFlags().CentreVertical());
   };
-  add(kCodePageLabel, _("Set Code Page:"), code_page_);
-  add(wxID_ANY, _("Programming Interface:"), emulation_);
+  add(kCodePageLabel, _("Set &Code Page:"), code_page_);
+  add(wxID_ANY, _("Programming &Interface:"), emulation_);
   grid->AddSpacer(0);
   grid->Add(unsolicited_status_);
   group->Add(grid, wxSizerFlags().Border(wxALL));
@@ -163,6 +166,7 @@ void PRINTERDialog::Initialise(ConfigDocument* document, bool editable) {
   logo_controls_.Fill();
   Fill();
   PublishIds(*this);
+  LeadLabelsToFields(*this);
   if (!editable) Disable();
 }
 

@@ -9,6 +9,7 @@
 
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
+#include "controls/field_labels.h"
 #include "controls/message_box.h"
 #include "controls/translation.h"
 #include "pages/CHexEdit.h"
@@ -36,6 +37,7 @@ void PageView::Initialise(ConfigDocument* document, bool editable) {
   ReadBack();  // a control may not hold all of a text
   settings_.MarkStored();
   PublishIds(*this);
+  LeadLabelsToFields(*this);
   if (!editable) Disable();
 }
 
@@ -51,26 +53,26 @@ void PageView::AddEdit(Place place, int id, const wxString& name, int flags, lon
   const auto row = std::ranges::find(settings_.rows(), id, &SettingRow::control);
   const InsertionRule rule = {row->limit, row->form == SettingForm::kDigits};
   auto* edit = new LimitedEdit(place.parent, id, rule, style);
-  SetAccessibleName(*edit, name);
+  SetAccessibleName(*edit, wxControl::RemoveMnemonics(name));
   place.sizer->Add(edit, 0, flags);
 }
 
 void PageView::AddHexEdit(Place place, int id, const wxString& name) {
   auto* edit = new CHexEdit(place.parent, id);
-  SetAccessibleName(*edit, name);
+  SetAccessibleName(*edit, wxControl::RemoveMnemonics(name));
   place.sizer->Add(edit, wxSizerFlags(1).CentreVertical());
 }
 
 void PageView::AddChoice(Place place, int id, const wxString& name, const wxArrayString& items) {
   auto* choice = new DropDownList(place.parent, id, wxDefaultPosition, wxDefaultSize, items);
-  SetAccessibleName(*choice, name);
+  SetAccessibleName(*choice, wxControl::RemoveMnemonics(name));
   place.sizer->Add(choice, wxSizerFlags().CentreVertical());
 }
 
 wxSizer* PageView::MakeButtons(int default_id, int apply_id) {
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
-  buttons->Add(new wxButton(this, default_id, _("Default")), wxSizerFlags().Border(wxRIGHT));
-  buttons->Add(new wxButton(this, apply_id, _("Apply")));
+  buttons->Add(new wxButton(this, default_id, _("&Default")), wxSizerFlags().Border(wxRIGHT));
+  buttons->Add(new wxButton(this, apply_id, _("A&pply")));
   Bind(
       wxEVT_BUTTON, [this](wxCommandEvent&) { SetDefaults(); }, default_id);
   Bind(

@@ -76,10 +76,10 @@ void PORTSDialog::LayOut() {
   for (const Column& column : kColumns) list_->AddColumn(_(column.title), column.width);
   for (const char* row : kRows) list_->AddRow(_(row));
   SetAccessibleName(list_->window(), _("Devices"));
-  configure_ = new wxButton(this, kConfigureButton, _("Configure"));
-  demo_ = new wxButton(this, kDemoButton, _("Demo"));
-  clear_all_ = new wxButton(this, kClearAllButton, _("Clear All"));
-  apply_ = new wxButton(this, kApplyButton, _("Apply"));
+  configure_ = new wxButton(this, kConfigureButton, _("&Configure"));
+  demo_ = new wxButton(this, kDemoButton, _("D&emo"));
+  clear_all_ = new wxButton(this, kClearAllButton, _("Clea&r All"));
+  apply_ = new wxButton(this, kApplyButton, _("A&pply"));
 
   auto* buttons = new wxBoxSizer(wxHORIZONTAL);
   buttons->Add(configure_, wxSizerFlags().Border(wxRIGHT));

@@ -229,6 +229,14 @@ class Measure:
         return size.width, size.height
 
 
+def mnemonic_of(control):
+    """The key that reaches a control, as screen readers tell it; empty where there is none."""
+    try:
+        return control.queryAction().getKeyBinding(0)
+    except NotImplementedError:
+        return ""
+
+
 def within(inner, outer):
     return (outer.x <= inner.x and inner.x + inner.width <= outer.x + outer.width
             and outer.y <= inner.y and inner.y + inner.height <= outer.y + outer.height)
@@ -283,11 +291,33 @@ class EveryWindow(Languages):
                     yield f"{role} {name!r} is cut off: {area.width} x {area.height}, not {width} x {height}"
             if role != "table column header" and not within(area, frame):  # a table scrolls
                 yield f"{role} {name!r} is outside"
+        yield from self.clashes(window)
         solid = [control for control in controls if control[1] in self.SOLID]
         for index, (name, _, area) in enumerate(solid):
             for other_name, _, other in solid[:index]:
                 if overlap(area, other):
                     yield f"{name!r} lies on {other_name!r}"
+
+    @staticmethod
+    def keyed(window):
+        """What is shown in a window and may have a mnemonic."""
+        return [c for c in descendants(window) if showing(c) and c.getRoleName() in ("push button", "check box", "text", "combo box")]
+
+    def clashes(self, window):
+        """Controls that share their mnemonic with another one."""
+        first = {}
+        for control in self.keyed(window):
+            key = mnemonic_of(control)
+            if key and key in first:
+                yield f"{control.name!r} and {first[key]!r} share {key}"
+            first.setdefault(key, control.name)
+
+    def without_key(self, window):
+        """The names of controls with a label and no mnemonic; a wrapper's text is reached through its box."""
+        labels = {c.name for c in descendants(window) if c.getRoleName() == "label"}
+        roles = ("push button", "check box")
+        named = [c for c in self.keyed(window) if c.getRoleName() in roles or c.name in labels]
+        return [c.name for c in named if not self.NO_TEXT.match(c.name) and not mnemonic_of(c)]
 
     def judge(self, place, window):
         """A window that is still being placed is given time; what is wrong stays wrong."""
@@ -316,6 +346,7 @@ class EveryWindow(Languages):
         for page in PAGES:
             self.page(tool, page)
             self.judge(page, tool.windows()[0])
+            self.assertEqual(self.without_key(tool.windows()[0]), [], page)
         items = tool.items(1074) + tool.items(1075)
         self.page(tool, "COM Ports")
         for item in items + [text for row in tool.rows(LIST) for text in row]:

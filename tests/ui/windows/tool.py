@@ -120,7 +120,8 @@ class Tool(DrivenTool):
     def labels(self, title=None):
         """The texts that a window shows, or that all do."""
         windows = [self.window(title)] if title else self.windows()
-        return [control.text for window in windows for control in self.controls(window) if control.shown]
+        shown = [control for window in windows for control in self.controls(window) if control.shown]
+        return [c.text.replace("&", "") if c.kind in ("Static", "Button") else c.text for c in shown]
 
     def is_box(self, window):
         numbers = [control.number for control in self.controls(window)]
