@@ -87,6 +87,7 @@ void CQLXConfigDlg::MakePages() {
   tabs_->AddPage(msr, _("MSR"));
   tabs_->AddPage(ibutton, _("iButton"));
   tabs_->AddPage(printer_, _("Printer"));
+  SetAccessibleName(*tabs_, _("Pages"));
 }
 
 void CQLXConfigDlg::LayOut() {
