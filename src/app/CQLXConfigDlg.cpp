@@ -33,6 +33,7 @@ constexpr int kApplyAllButton = 1031;
 constexpr int kReadOnlyText = 2004;
 constexpr int kAboutCommand = 0x0010;
 constexpr int kPrinterTab = 4;
+constexpr int kBannerCharacters = 60;
 constexpr std::chrono::milliseconds kAnswerTime{1500};
 
 constexpr const wchar_t* kNoRights = Translatable(
@@ -116,7 +117,7 @@ wxWindow* CQLXConfigDlg::ReadOnlyBanner() {
   return new Banner(this, kReadOnlyText,
                     _("Read only: this program runs without the rights to change settings. To change them, "
                       "close it and start it as administrator (root)."),
-                    kNoteCharacters);
+                    kBannerCharacters);
 }
 
 /// The native controls of some systems look for a mnemonic in the page that has the focus only.

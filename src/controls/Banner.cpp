@@ -1,6 +1,7 @@
 #include "controls/Banner.h"
 
 #include <wx/artprov.h>
+#include <wx/dcclient.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
@@ -15,6 +16,8 @@ Banner::Banner(wxWindow* parent, int id, const wxString& text, int characters) :
   auto* words = new wxStaticText(this, id, text);
   words->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOTEXT));
   words->Wrap(characters * GetCharWidth());
+  // A label that may break its lines asks for less room than they take.
+  words->SetMinSize(wxClientDC(words).GetMultiLineTextExtent(words->GetLabel()));
   SetAccessibleName(*words, text);
   auto* sign =
       new wxStaticBitmap(this, wxID_ANY, wxArtProvider::GetBitmapBundle(wxART_INFORMATION, wxART_BUTTON));
