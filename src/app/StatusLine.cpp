@@ -36,6 +36,7 @@ StatusLine::StatusLine(wxWindow* parent)
       services_(new wxStaticText(this, kServices, wxString())),
       probe_(platform::OpenServiceManagerToLook,
              [this](const ServiceStates& states) { calls_.Post([this, states] { ShowServices(states); }); }) {
+  m_container.DisableSelfFocus();  // nothing in it can be changed: the tab key passes it by
   ShowServices({});
   ShowUnsaved({});
   file_->SetMinSize({kShortest * GetCharWidth(), -1});

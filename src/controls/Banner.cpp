@@ -12,6 +12,7 @@
 namespace qlx {
 
 Banner::Banner(wxWindow* parent, int id, const wxString& text, int characters) : wxPanel(parent) {
+  m_container.DisableSelfFocus();  // the tab key passes it by
   SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOBK));
   auto* words = new wxStaticText(this, id, text);
   words->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOTEXT));
