@@ -1,0 +1,45 @@
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from planted_tree import HOUSE
+
+START = HOUSE / "scripts" / "wine-start"
+
+
+class WineStart(unittest.TestCase):
+    """Instead of Wine a script that counts its runs."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+    def run_program(self, body):
+        program = self.folder / "program"
+        program.write_text(f'#!/bin/bash\necho run >>"{self.folder}/runs"\nruns=$(wc -l <"{self.folder}/runs")\n{body}\n')
+        program.chmod(0o755)
+        done = subprocess.run([START, program, "argument"], capture_output=True, text=True, check=False)
+        self.errors = done.stderr
+        return done.returncode, done.stdout, len((self.folder / "runs").read_text().splitlines())
+
+    def test_a_program_that_passes_runs_once(self):
+        self.assertEqual(self.run_program('echo "passed $1"'), (0, "passed argument\n", 1))
+
+    def test_a_program_that_fails_runs_once(self):
+        self.assertEqual(self.run_program("echo failed >&2; exit 3"), (3, "", 1))
+        self.assertEqual(self.errors, "failed\n")
+
+    def test_what_ends_without_a_word_is_started_once_more(self):
+        result, said, runs = self.run_program("[ $runs -eq 2 ] || exit 1; echo passed")
+        self.assertEqual((result, said, runs), (0, "passed\n", 2))
+        self.assertIn("ended with 1", self.errors)
+
+    def test_what_ends_without_a_word_twice_has_failed(self):
+        result, _, runs = self.run_program("exit 1")
+        self.assertEqual((result, runs), (1, 2))
+
+
+if __name__ == "__main__":
+    unittest.main()
