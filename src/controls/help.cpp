@@ -31,7 +31,7 @@ void ShowHelp(wxWindow& window, const std::wstring& folder) {
 
 void OpenHelpByF1(wxEvtHandler& application, const std::wstring& folder) {
   application.Bind(wxEVT_CHAR_HOOK, [folder](wxKeyEvent& event) {
-    auto* window = wxDynamicCast(event.GetEventObject(), wxWindow);
+    auto* window = dynamic_cast<wxWindow*>(event.GetEventObject());
     if (event.GetKeyCode() != WXK_F1 || event.HasAnyModifiers() || window == nullptr) return event.Skip();
     ShowHelp(*window, folder);
   });
