@@ -88,7 +88,7 @@ class Translations(PlantedTree):
     def test_the_values_place_and_the_line_breaks_have_to_agree(self):
         text = 'File \\"%s\\".\\nPlease check it'
         self.plant_german({text: "Datei %d.\\nBitte prüfen"})
-        self.assert_complaint("format specifications")
+        self.assert_complaint("for argument 1 are not the same")
         self.plant_german({text: "Datei „%s“.\\nBitte prüfen\\n"})
         self.assert_complaint("\\n")
 
