@@ -4,54 +4,24 @@ import os
 import unittest
 
 from devices import Ports
-from pages_test import LOGGING_TAB_ORDER
 from ports_test import ports_file
+from read_only_cases import NO_RIGHTS, ReadOnlyCases
 from tool import Tool
 from waiting import wait_for
 from window_case import SAVE_FAILED, WindowCase, complete_file
 
-NO_RIGHTS = (
-    "You do not have sufficient permissions.\n"
-    "Please run the application as Administrator if you need to change the settings."
-)
-READ_ONLY = (
-    "Read only: this program runs without the rights to change settings. "
-    "To change them, close it and start it as administrator (root)."
-)
-BANNER = 2004
 MSR_CONTROLS = [*range(1001, 1019), 1029, 1024]
 PRINTER_CONTROLS = [1074, 1075, 1096, 1072, 1073]
 IBUTTON_CONTROLS = [*range(1040, 1051), 1033, 1034]
 
 
-class ReadOnly(WindowCase):
+class ReadOnly(ReadOnlyCases, WindowCase):
     def setUp(self):
         self.assertNotEqual(os.geteuid(), 0, "this test must not run as root")
         super().setUp()
 
-    def open_and_read(self, file):
-        tool = self.open(file)
-        tool.answer("OK", NO_RIGHTS)
-        return tool
-
-    def test_every_control_is_grey_and_the_values_are_shown(self):
-        keys = {"TCP_Port": "4000", "Module_MSR": "false"}
-        tool = self.open_and_read(complete_file(Logging_Configuration=keys))
-        tool.tab("Logging")
-        self.assertEqual([n for n in LOGGING_TAB_ORDER if tool.enabled(n)], [])
-        self.assertEqual(tool.text(1022), "4000")
-        self.assertFalse(tool.checked(1021))
-        self.assertFalse(tool.enabled(1031))
-
-    def test_every_page_says_above_it_that_it_is_read_only_why_and_what_to_do(self):
-        tool = self.open_and_read(complete_file())
-        for tab in tool.tabs():
-            tool.tab(tab)
-            self.assertEqual(tool.name(BANNER), READ_ONLY)
-            left, top, width, height = tool.bounds(BANNER)
-            frame = tool.window_bounds("Quillon Configuration Tool")
-            self.assertLessEqual(top + height, tool.bounds(1000)[1], "not above the tabs")
-            self.assertLessEqual(left + width, frame[0] + frame[2], "wider than the window")
+    def start_without_rights(self):
+        return self.start()
 
     def test_ports_stay_as_they_are_and_the_demo_works(self):
         ports = Ports("COM3")
