@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdio>
-#include <semaphore>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -17,6 +16,7 @@
 
 #include "bench/rounds.h"
 #include "demo/SerialSession.h"
+#include "tests/support/Wakes.h"
 #include "tests/support/linux/VirtualPort.h"
 
 namespace {
@@ -68,12 +68,12 @@ class BareTty {
 /// The session with somebody who takes what it brings.
 class Session {
  public:
-  Session() : session_(qlx::platform::OpenSerialPort, [this] { wakes_.release(); }) {
+  Session() : session_(qlx::platform::OpenSerialPort, [this] { wakes_.Add(); }) {
     if (!session_.Open(L"COM5")) throw std::runtime_error("no port");
   }
   /// Appends what the next events bring.
   void Take(std::string& bytes) {
-    wakes_.acquire();
+    wakes_.Await();
     for (const qlx::SessionEvent& event : session_.Take(1 << 20)) {
       if (const auto* block = std::get_if<std::vector<std::uint8_t>>(&event)) {
         bytes.append(block->begin(), block->end());
@@ -83,7 +83,7 @@ class Session {
   qlx::SerialSession& session() { return session_; }
 
  private:
-  std::counting_semaphore<> wakes_{0};
+  qlx::testing::Wakes wakes_;
   qlx::SerialSession session_;
 };
 

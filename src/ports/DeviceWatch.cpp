@@ -1,34 +1,38 @@
 #include "ports/DeviceWatch.h"
 
-#include <condition_variable>
-#include <mutex>
 #include <optional>
-#include <stop_token>
 #include <utility>
 
 namespace qlx {
-namespace {
-
-/// False when it was cut short because the watch is to end.
-bool Pause(const std::stop_token& stop, std::chrono::milliseconds length) {
-  std::mutex lock;
-  std::condition_variable_any never;
-  std::unique_lock guard(lock);
-  never.wait_for(guard, stop, length, [] { return false; });
-  return !stop.stop_requested();
-}
-
-}  // namespace
 
 DeviceWatch::DeviceWatch(Look look, Report report, std::chrono::milliseconds pause)
-    : thread_([look = std::move(look), report = std::move(report), pause](const std::stop_token& stop) {
+    : thread_([this, look = std::move(look), report = std::move(report), pause] {
         std::optional<PresentDevices> last;
         do {
           PresentDevices seen = look();
-          if (seen == last || stop.stop_requested()) continue;
+          if (seen == last || Ending()) continue;
           report(seen);
           last = std::move(seen);
-        } while (Pause(stop, pause));
+        } while (Pause(pause));
       }) {}
+
+DeviceWatch::~DeviceWatch() {
+  {
+    const std::lock_guard guard(lock_);
+    ending_ = true;
+  }
+  end_.notify_one();
+  thread_.join();
+}
+
+bool DeviceWatch::Ending() {
+  const std::lock_guard guard(lock_);
+  return ending_;
+}
+
+bool DeviceWatch::Pause(std::chrono::milliseconds length) {
+  std::unique_lock guard(lock_);
+  return !end_.wait_for(guard, length, [this] { return ending_; });
+}
 
 }  // namespace qlx

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -33,10 +35,17 @@ class DeviceWatch {
   DeviceWatch(const DeviceWatch&) = delete;
   DeviceWatch& operator=(const DeviceWatch&) = delete;
   /// Waits for a look or report that has begun; none begins any more.
-  ~DeviceWatch() = default;
+  ~DeviceWatch();
 
  private:
-  std::jthread thread_;
+  bool Ending();
+  /// False when it was cut short because the watch is to end.
+  bool Pause(std::chrono::milliseconds length);
+
+  std::mutex lock_;
+  std::condition_variable end_;
+  bool ending_ = false;
+  std::thread thread_;  ///< last: it uses the others from its start
 };
 
 }  // namespace qlx

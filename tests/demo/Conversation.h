@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <semaphore>
 #include <string>
 #include <vector>
 
@@ -10,6 +9,7 @@
 
 #include "VirtualPort.h"
 #include "demo/SerialSession.h"
+#include "tests/support/Wakes.h"
 
 namespace qlx {
 
@@ -25,7 +25,7 @@ class Conversation : public ::testing::Test {
   }
 
   void AwaitEvent() {
-    wakes_.acquire();
+    wakes_.Await();
     Collect();
   }
 
@@ -42,10 +42,10 @@ class Conversation : public ::testing::Test {
 
   testing::PortDirectory directory_;
   testing::VirtualPort device_{directory_};
-  std::counting_semaphore<> wakes_{0};
+  testing::Wakes wakes_;
   std::vector<std::wstring> lines_;
   std::string received_;
-  SerialSession session_{platform::OpenSerialPort, [this] { wakes_.release(); }};
+  SerialSession session_{platform::OpenSerialPort, [this] { wakes_.Add(); }};
 };
 
 inline std::string Whole(const DemoCommand& command) {

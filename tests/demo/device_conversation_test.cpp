@@ -11,6 +11,7 @@ namespace {
 
 using testing::ThreadCount;
 using testing::VirtualPort;
+using testing::Wakes;
 
 TEST_F(Conversation, EveryCommandReachesTheDeviceAsItStands) {
   ASSERT_TRUE(session_.Open(L"COM5"));
@@ -104,14 +105,14 @@ TEST_F(Conversation, ClosingInMidFloodLeavesNoThread) {
 TEST_F(Conversation, AHundredUnplugsEndEachSessionWithItsLine) {
   for (int i = 0; i < 100; ++i) {
     VirtualPort device(directory_, "COM6");
-    std::counting_semaphore<> wakes{0};
-    SerialSession session(platform::OpenSerialPort, [&] { wakes.release(); });
+    Wakes wakes;
+    SerialSession session(platform::OpenSerialPort, [&] { wakes.Add(); });
     ASSERT_TRUE(session.Open(L"COM6"));
     device.Send("x");
     device.Unplug();
     std::vector<SessionEvent> events;
     while (events.empty() || events.back() != SessionEvent(L"<Error Reading Port>")) {
-      wakes.acquire();
+      wakes.Await();
       for (SessionEvent& event : session.Take(1 << 20)) events.push_back(std::move(event));
     }
   }

@@ -1,8 +1,8 @@
 // Many threads, one log, a real connection: no record is torn and no dump falls into another.
 #include <array>
 #include <atomic>
+#include <future>
 #include <iomanip>
-#include <latch>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -59,14 +59,16 @@ class LogThreadsTest : public testing::Test {
   /// Runs `work(thread number)` on all threads, which start together.
   template <typename Work>
   static void Together(Work work) {
-    std::latch start(kThreads);
+    std::promise<void> start;
+    const std::shared_future<void> started = start.get_future().share();
     std::vector<std::thread> team;
     team.reserve(kThreads);
     for (int thread = 0; thread < kThreads; ++thread)
       team.emplace_back([&, thread] {
-        start.arrive_and_wait();
+        started.wait();
         work(thread);
       });
+    start.set_value();
     for (std::thread& member : team) member.join();
   }
 

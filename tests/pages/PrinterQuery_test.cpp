@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <random>
-#include <semaphore>
 #include <thread>
 
 #include <gmock/gmock.h>
 
 #include "VirtualPort.h"
+#include "tests/support/Wakes.h"
 #include "thread_count.h"
 
 namespace qlx {
@@ -39,7 +39,7 @@ class Query : public ::testing::Test {
   }
 
   bool AwaitAnswer() {
-    wakes_.acquire();
+    wakes_.Await();
     return query_.TakeAnswers();
   }
 
@@ -54,7 +54,7 @@ class Query : public ::testing::Test {
 
   PortDirectory directory_;
   VirtualPort printer_{directory_, "COM8"};
-  std::counting_semaphore<> wakes_{0};
+  testing::Wakes wakes_;
   std::vector<std::string> dumps_;
   PRINTERSettings settings_;
   PrinterQuery query_{
@@ -64,7 +64,7 @@ class Query : public ::testing::Test {
        [this](std::uint32_t level, const std::string& caption, std::span<const std::uint8_t> bytes) {
          dumps_.push_back(std::to_string(level) + " " + caption + " " + std::to_string(bytes.size()));
        }},
-      [this] { wakes_.release(); }};
+      [this] { wakes_.Add(); }};
 };
 
 TEST_F(Query, WithoutAPortNothingIsAskedAndTheStandardListStays) {

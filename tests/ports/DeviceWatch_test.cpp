@@ -86,6 +86,15 @@ TEST(DeviceWatch, ItsEndCutsAPauseShortAndLooksNoMore) {
   EXPECT_EQ(machine.looks(), 1);
 }
 
+TEST(DeviceWatch, AHundredEndOneAfterTheOther) {
+  for (int i = 0; i < 100; ++i) {
+    Machine machine;
+    const DeviceWatch watch([&] { return machine.Look(); }, [](const PresentDevices&) {},
+                            std::chrono::hours(1));
+    while (machine.looks() < 1) std::this_thread::yield();
+  }
+}
+
 TEST(DeviceWatch, ItsEndWaitsForALookThatHasBegun) {
   std::promise<void> begun;
   std::atomic<bool> over = false;
