@@ -8,7 +8,9 @@ import subprocess
 import pyatspi
 
 from driven_tool import TABS, TIED, DrivenTool, xdotool
-from waiting import LIMIT, wait_for
+from waiting import LIMIT, vanished, wait_for
+
+LISTS = (pyatspi.ROLE_COMBO_BOX, pyatspi.ROLE_TABLE, pyatspi.ROLE_TREE_TABLE)
 
 
 def descendants(accessible):
@@ -37,6 +39,26 @@ def shown(accessible):
             yield from shown(child)
 
 
+def controls_below(accessible):
+    """The tree below accessible without the parts of lists: to ask each of them is most of the time of a search."""
+    for index in range(accessible.childCount):
+        child = accessible.getChildAtIndex(index)
+        if child is not None:
+            yield child
+            if child.getRole() not in LISTS:
+                yield from controls_below(child)
+
+
+def has_number(control, number, hidden):
+    """Whether the control is still there under this number; shown, unless it may be hidden."""
+    try:
+        return control.get_accessible_id() == str(number) and (hidden or showing(control))
+    except Exception as error:  # pylint: disable=broad-except
+        if not vanished(error):
+            raise
+        return False
+
+
 def bounds_of(accessible):
     extents = accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
     return extents.x, extents.y, extents.width, extents.height
@@ -59,6 +81,7 @@ class Tool(DrivenTool):
     def __init__(self, installation, environment=None):
         environment = {**os.environ, **(environment or {})}
         self.printer_link = self._printer_link(installation.directory, environment.get("QUILLON_PORT_DIR"))
+        self.found = {}  # controls by number, as they were last found
         self.process = subprocess.Popen(
             [*TIED, installation.program],
             cwd=installation.directory,
@@ -170,11 +193,12 @@ class Tool(DrivenTool):
 
     def find(self, number, hidden=False):
         """The control with this number, or None."""
-        for window in self.windows():
-            for control in descendants(window):
-                if control.get_accessible_id() == str(number) and (hidden or showing(control)):
-                    return control
-        return None
+        found = self.found.get(number)
+        if found is None or not has_number(found, number, hidden):
+            controls = (control for window in self.windows() for control in controls_below(window))
+            found = next((control for control in controls if has_number(control, number, hidden)), None)
+        self.found[number] = found
+        return found
 
     def bounds(self, number):
         return bounds_of(self.control(number))
