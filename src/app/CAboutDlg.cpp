@@ -6,13 +6,13 @@
 
 #include "app/program_icon.h"
 #include "controls/accessible_id.h"
+#include "controls/closing_button.h"
 #include "controls/translation.h"
 
 namespace qlx {
 namespace {
 
 constexpr int kIconSize = 48;
-constexpr int kOk = 1;
 
 }  // namespace
 
@@ -32,19 +32,11 @@ CAboutDlg::CAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("About Con
   body->Add(lines, wxSizerFlags().CentreVertical().DoubleBorder(wxTOP | wxBOTTOM | wxRIGHT));
   auto* frame = new wxBoxSizer(wxVERTICAL);
   frame->Add(body);
-  frame->Add(MakeButton(), wxSizerFlags().Right().DoubleBorder(wxLEFT | wxRIGHT | wxBOTTOM));
+  frame->Add(MakeClosingButton(*this, _("&OK")),
+             wxSizerFlags().Right().DoubleBorder(wxLEFT | wxRIGHT | wxBOTTOM));
   SetSizerAndFit(frame);
   CentreOnParent();
   PublishIds(*this);
-}
-
-/// By a number of its own: GTK would put its own word on the toolkit's, in the language of the process.
-wxButton* CAboutDlg::MakeButton() {
-  auto* ok = new wxButton(this, kOk, _("OK"));
-  ok->SetDefault();
-  SetAffirmativeId(kOk);
-  SetEscapeId(kOk);
-  return ok;
 }
 
 }  // namespace qlx

@@ -1,7 +1,6 @@
 // The about box.
 #pragma once
 
-#include <wx/button.h>
 #include <wx/dialog.h>
 
 namespace qlx {
@@ -9,9 +8,6 @@ namespace qlx {
 class CAboutDlg : public wxDialog {
  public:
   explicit CAboutDlg(wxWindow* parent);
-
- private:
-  wxButton* MakeButton();
 };
 
 }  // namespace qlx

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <optional>
 
-#include <wx/accel.h>
 #include <wx/button.h>
 #include <wx/sizer.h>
 
@@ -16,6 +15,7 @@
 #include "controls/Banner.h"
 #include "controls/accessible_id.h"
 #include "controls/message_box.h"
+#include "controls/mnemonics.h"
 #include "controls/translation.h"
 #include "log/LogMessage.h"
 #include "pages/IBDialog.h"
@@ -100,7 +100,6 @@ void CQLXConfigDlg::LayOut() {
   buttons->Add(asking_, wxSizerFlags().CentreVertical().Border(wxLEFT).ReserveSpaceEvenIfHidden());
   buttons->AddStretchSpacer();
   apply_all_ = new wxButton(this, kApplyAllButton, _("Apply A&ll"));
-  SetMnemonicsFromEverywhere({about, apply_all_});
   buttons->Add(apply_all_);
 
   auto* frame = new wxBoxSizer(wxVERTICAL);
@@ -120,26 +119,13 @@ wxWindow* CQLXConfigDlg::ReadOnlyBanner() {
                     kBannerCharacters);
 }
 
-/// The native controls of some systems look for a mnemonic in the page that has the focus only.
-void CQLXConfigDlg::SetMnemonicsFromEverywhere(const std::vector<wxButton*>& buttons) {
-  std::vector<wxAcceleratorEntry> keys;
-  for (const wxButton* button : buttons) {
-    const wxString letter = button->GetLabel().AfterFirst('&').Left(1).Upper();
-    if (!letter.empty())
-      keys.emplace_back(wxACCEL_ALT, static_cast<int>(letter[0].GetValue()), button->GetId());
-  }
-  SetAcceleratorTable(wxAcceleratorTable(static_cast<int>(keys.size()), keys.data()));
-}
-
 void CQLXConfigDlg::BindEvents() {
   tabs_->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED,
               [this](wxBookCtrlEvent& event) { OnTabChanged(event.GetSelection()); });
-  const auto show_about = [this](wxCommandEvent&) { CAboutDlg(this).ShowModal(); };
-  Bind(wxEVT_BUTTON, show_about, kAboutCommand);
-  Bind(wxEVT_MENU, show_about, kAboutCommand);
-  const auto apply_all = [this](wxCommandEvent&) { OnApplyAll(); };
-  Bind(wxEVT_BUTTON, apply_all, kApplyAllButton);
-  Bind(wxEVT_MENU, apply_all, kApplyAllButton);
+  Bind(
+      wxEVT_BUTTON, [this](wxCommandEvent&) { CAboutDlg(this).ShowModal(); }, kAboutCommand);
+  Bind(
+      wxEVT_BUTTON, [this](wxCommandEvent&) { OnApplyAll(); }, kApplyAllButton);
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { OnCancel(); });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
     if (event.GetKeyCode() == WXK_ESCAPE) {
@@ -172,6 +158,7 @@ void CQLXConfigDlg::LoadDocument() {
 
 void CQLXConfigDlg::InitialisePages() {
   for (SettingsPage* page : pages_) page->Initialise(document_.get(), editable_);
+  ServeMnemonics(*this);
   apply_all_->Enable(editable_);
   status_->ShowFile(document_->path());
   PublishIds(*this);

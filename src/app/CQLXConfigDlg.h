@@ -57,7 +57,6 @@ class CQLXConfigDlg : public wxDialog, public HasHelp {
   void MakePages();
   void LayOut();
   wxWindow* ReadOnlyBanner();
-  void SetMnemonicsFromEverywhere(const std::vector<wxButton*>& buttons);
   void BindEvents();
   void LoadDocument();
   void InitialisePages();

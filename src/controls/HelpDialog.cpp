@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <wx/button.h>
 #include <wx/display.h>
 #include <wx/filename.h>
 #include <wx/filesys.h>
@@ -12,13 +11,13 @@
 #include <wx/sizer.h>
 
 #include "controls/accessible_id.h"
+#include "controls/closing_button.h"
 #include "controls/message_box.h"
 #include "controls/translation.h"
 
 namespace qlx {
 namespace {
 
-constexpr int kClose = 1;
 constexpr int kChapters = 1098;
 constexpr int kPage = 1099;
 
@@ -78,7 +77,8 @@ void HelpDialog::LayOut() {
   body->Add(page_, wxSizerFlags(1).Expand());
   auto* frame = new wxBoxSizer(wxVERTICAL);
   frame->Add(body, wxSizerFlags(1).Expand().Border(wxALL));
-  frame->Add(MakeCloseButton(), wxSizerFlags().Right().Border(wxLEFT | wxRIGHT | wxBOTTOM));
+  frame->Add(MakeClosingButton(*this, _("&Close")),
+             wxSizerFlags().Right().Border(wxLEFT | wxRIGHT | wxBOTTOM));
   SetSizerAndFit(frame);
   CentreOnParent();
   page_->SetFocus();
@@ -89,15 +89,6 @@ wxSize HelpDialog::PageSize() const {
   const wxSize screen = wxDisplay(GetParent()).GetClientArea().GetSize();
   const wxSize most(screen.x - screen.x / kShare, screen.y - screen.y / kShare);
   return {std::min(kColumns * GetCharWidth(), most.x), std::min(kRows * GetCharHeight(), most.y)};
-}
-
-/// By a number of its own: GTK would put its own word on the toolkit's, in the language of the process.
-wxButton* HelpDialog::MakeCloseButton() {
-  auto* close = new wxButton(this, kClose, _("Close"));
-  close->SetDefault();
-  SetAffirmativeId(kClose);
-  SetEscapeId(kClose);
-  return close;
 }
 
 void HelpDialog::BindEvents() {

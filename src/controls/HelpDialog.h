@@ -26,7 +26,6 @@ class HelpDialog : public wxDialog {
  private:
   void LayOut();
   wxSize PageSize() const;
-  wxButton* MakeCloseButton();
   void BindEvents();
   void OpenLink(const wxString& target);
   /// The list shows again what the page does.

@@ -1,12 +1,13 @@
-// Labels whose mnemonic leads to the field behind them.
+// Alt and the underlined letter of a label.
 #pragma once
 
 #include <wx/window.h>
 
 namespace qlx {
 
-/// Lets the mnemonic of every label in `window` give the focus to the control that follows it in the tab
-/// order. Call it once the controls are in their order.
-void LeadLabelsToFields(wxWindow& window);
+/// Wherever in `window` the focus is, the key of a button or a box presses it, and that of any other label
+/// gives the focus to the control that follows the label in the tab order. Call it once the controls are in
+/// their order.
+void ServeMnemonics(wxWindow& window);
 
 }  // namespace qlx

@@ -104,12 +104,12 @@ void DemoDialog::MakeOutput() {
 wxSizer* DemoDialog::MakeFoot() {
   const DemoKind& look = Kind(kind_);
   auto* row = new wxBoxSizer(wxHORIZONTAL);
-  hex_ = new wxCheckBox(this, kHexCheckBox, _("Show Data In Hex"));
+  hex_ = new wxCheckBox(this, kHexCheckBox, _("Show Data In &Hex"));
   hex_->Show(look.offers_hex);
   hex_->SetValue(look.starts_hex);
-  clear_ = new wxButton(this, kClearButton, _("Clear"));
+  clear_ = new wxButton(this, kClearButton, _("C&lear"));
   clear_->Disable();
-  auto* close = new wxButton(this, kCloseButton, _("Close"));
+  auto* close = new wxButton(this, kCloseButton, _("&Close"));
   close->SetDefault();
   row->Add(hex_, wxSizerFlags().CentreVertical());
   row->AddStretchSpacer();

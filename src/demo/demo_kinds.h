@@ -8,7 +8,7 @@
 
 namespace qlx {
 
-/// An empty label stands for a button that is not shown.
+/// With mnemonics. An empty label stands for a button that is not shown.
 struct DemoKind {
   std::wstring_view title;
   std::wstring_view command;
@@ -19,12 +19,15 @@ struct DemoKind {
 
 inline constexpr DemoKind kDemoKinds[kDeviceKinds] = {
     {Translatable(L"MSR Demo"), L"", L"", true, false},
-    {Translatable(L"Line Display Demo"), Translatable(L"Send Text"), L"", false, false},
+    {Translatable(L"Line Display Demo"), Translatable(L"S&end Text"), L"", false, false},
     {Translatable(L"iButton Demo"), L"", L"", true, true},
-    {Translatable(L"Cash Drawer Demo"), Translatable(L"Open CDs"), Translatable(L"Get Status"), false, true},
-    {Translatable(L"Cash Drawer Demo"), Translatable(L"Open CDs"), Translatable(L"Get Status"), false, true},
-    {Translatable(L"Cash Drawer Demo"), Translatable(L"Open CDs"), Translatable(L"Get Status"), false, true},
-    {Translatable(L"Printer Demo"), Translatable(L"Print Receipt"), L"", false, true},
+    {Translatable(L"Cash Drawer Demo"), Translatable(L"&Open CDs"), Translatable(L"&Get Status"), false,
+     true},
+    {Translatable(L"Cash Drawer Demo"), Translatable(L"&Open CDs"), Translatable(L"&Get Status"), false,
+     true},
+    {Translatable(L"Cash Drawer Demo"), Translatable(L"&Open CDs"), Translatable(L"&Get Status"), false,
+     true},
+    {Translatable(L"Printer Demo"), Translatable(L"&Print Receipt"), L"", false, true},
 };
 
 constexpr bool IsCashDrawer(DeviceKind kind) {

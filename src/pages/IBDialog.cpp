@@ -7,6 +7,7 @@
 
 #include "controls/CToolTipButton.h"
 #include "controls/accessible_id.h"
+#include "controls/tool_tips.h"
 #include "controls/translation.h"
 #include "pages/CHexEdit.h"
 
@@ -33,6 +34,17 @@ constexpr IBDialog::ByteStringControls kByteStrings[] = {
      Translatable(L"Paste converted ASCII characters from the HEX text box to the On Remove text box")},
 };
 
+constexpr Term kTerms[] = {
+    {IBSettings::kStart, Translatable("Where the part of the key's identifier that is sent begins.")},
+    {IBSettings::kLength, Translatable("How much of the key's identifier is sent.")},
+    {IBSettings::kDelimiter, Translatable("What follows the identifier.")},
+    {IBSettings::kPrefix,
+     Translatable("Bytes before the identifier, two hexadecimal digits each, for example 02 41.")},
+    {IBSettings::kSuffix,
+     Translatable("Bytes behind the identifier, two hexadecimal digits each, for example 0D 0A.")},
+    {IBSettings::kOnRemove, Translatable("Bytes that are sent when the key is taken away.")},
+};
+
 wxArrayString Numbers() {
   wxArrayString numbers;
   for (int number = 1; number <= 16; ++number) numbers.Add(std::to_string(number));
@@ -52,6 +64,7 @@ IBDialog::IBDialog(wxWindow* parent, FatalEnd end_program)
   page->Add(note, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxTOP));
   page->Add(MakeButtons(kDefaultButton, kApplyButton), wxSizerFlags().Right().Border(wxALL));
   SetSizer(page);
+  ExplainTerms(*this, kTerms);
 }
 
 wxSizer* IBDialog::MakeParameters() {

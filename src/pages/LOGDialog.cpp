@@ -4,6 +4,7 @@
 
 #include <wx/statbox.h>
 
+#include "controls/tool_tips.h"
 #include "controls/translation.h"
 
 namespace qlx {
@@ -32,6 +33,11 @@ constexpr int kModuleColumns = 4;
 constexpr const char* kLevels[] = {Translatable("Off"),  Translatable("Error"),   Translatable("Warning"),
                                    Translatable("Info"), Translatable("Verbose"), Translatable("Trace")};
 
+constexpr Term kTerms[] = {
+    {LOGSettings::kTcpPort, Translatable("Where the logging service listens on this machine.")},
+    {LOGSettings::kLogLevel, Translatable("How much is logged: each level includes the ones before it.")},
+};
+
 }  // namespace
 
 LOGDialog::LOGDialog(wxWindow* parent, FatalEnd end_program)
@@ -42,6 +48,7 @@ LOGDialog::LOGDialog(wxWindow* parent, FatalEnd end_program)
   page->AddStretchSpacer();
   page->Add(MakeButtons(kDefaultButton, kApplyButton), wxSizerFlags().Right().Border(wxALL));
   SetSizer(page);
+  ExplainTerms(*this, kTerms);
 }
 
 wxSizer* LOGDialog::MakeSettings() {

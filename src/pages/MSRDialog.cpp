@@ -5,6 +5,7 @@
 #include <wx/checkbox.h>
 #include <wx/statbox.h>
 
+#include "controls/tool_tips.h"
 #include "controls/translation.h"
 
 namespace qlx {
@@ -42,6 +43,22 @@ constexpr Labelled kTrackReturns[] = {
     {MSRSettings::kTrackReturn3, Translatable("CR Trac&k 3 Enabled")},
 };
 
+constexpr const char* kOwnReturn = Translatable("Sends a carriage return (CR) behind this track only.");
+constexpr const char* kWrapper =
+    Translatable("A text that is sent with the card's data. Both wrappers together hold 14 characters.");
+
+constexpr Term kTerms[] = {
+    {MSRSettings::kCarriageReturn, Translatable("Sends a carriage return (CR) behind every track.")},
+    {MSRSettings::kStripSentinels,
+     Translatable("Sentinels mark where a track starts and ends. Stripped, they are not sent.")},
+    {MSRSettings::kHideErrorTracks, Translatable("Leaves out a track that could not be read.")},
+    {MSRSettings::kTrackReturn1, kOwnReturn},
+    {MSRSettings::kTrackReturn2, kOwnReturn},
+    {MSRSettings::kTrackReturn3, kOwnReturn},
+    {MSRSettings::kHeadText, kWrapper},
+    {MSRSettings::kTailText, kWrapper},
+};
+
 struct WrapperControls {
   int box;
   int text;
@@ -67,6 +84,7 @@ MSRDialog::MSRDialog(wxWindow* parent, FatalEnd end_program)
   page->AddStretchSpacer();
   page->Add(MakeButtons(kDefaultButton, kApplyButton), wxSizerFlags().Right().Border(wxALL));
   SetSizer(page);
+  ExplainTerms(*this, kTerms);
   BindRules();
 }
 

@@ -13,8 +13,8 @@
 
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
-#include "controls/field_labels.h"
 #include "controls/message_box.h"
+#include "controls/tool_tips.h"
 #include "controls/translation.h"
 #include "log/levels.h"
 #include "pages/PageView.h"
@@ -30,6 +30,12 @@ constexpr int kUnsolicitedStatus = 1096;
 constexpr int kLink = 1095;
 constexpr int kDefaultButton = 1072;
 constexpr int kApplyButton = 1073;
+
+constexpr Term kTerms[] = {
+    {kCodePage, Translatable("Which characters the printer has.")},
+    {kEmulation, Translatable("Which printer's commands the applications send.")},
+    {kUnsolicitedStatus, Translatable("The printer tells of a change by itself, without being asked.")},
+};
 
 constexpr char kHomePage[] = "https://www.harlune.example";
 constexpr char kSupportPage[] = "https://support.harlune.example";
@@ -70,6 +76,7 @@ PRINTERDialog::PRINTERDialog(wxWindow* parent, FatalEnd end_program)
   MakeControls();
   MakeHiddenPrinterControls(this);
   LayOut();
+  ExplainTerms(*this, kTerms);
   BindEvents();
 }
 
@@ -166,7 +173,6 @@ void PRINTERDialog::Initialise(ConfigDocument* document, bool editable) {
   logo_controls_.Fill();
   Fill();
   PublishIds(*this);
-  LeadLabelsToFields(*this);
   if (!editable) Disable();
 }
 

@@ -9,7 +9,6 @@
 
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
-#include "controls/field_labels.h"
 #include "controls/message_box.h"
 #include "controls/translation.h"
 #include "pages/CHexEdit.h"
@@ -37,7 +36,6 @@ void PageView::Initialise(ConfigDocument* document, bool editable) {
   ReadBack();  // a control may not hold all of a text
   settings_.MarkStored();
   PublishIds(*this);
-  LeadLabelsToFields(*this);
   if (!editable) Disable();
 }
 

@@ -6,6 +6,7 @@
 
 #include "controls/DropDownList.h"
 #include "controls/accessible_id.h"
+#include "controls/mnemonics.h"
 #include "controls/translation.h"
 #include "ports/list_changes.h"
 
@@ -51,13 +52,14 @@ ConfigUsbDialog::ConfigUsbDialog(wxWindow* parent, DeviceKind kind, UsbSelection
   CentreOnParent();
   BindEvents();
   PublishIds(*this);
+  ServeMnemonics(*this);
 }
 
 wxSizer* ConfigUsbDialog::MakePort() {
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), 0));
-  grid->Add(new wxStaticText(this, kPortCaption, _("COM Port:")), wxSizerFlags().CentreVertical());
+  grid->Add(new wxStaticText(this, kPortCaption, _("COM &Port:")), wxSizerFlags().CentreVertical());
   port_ = new DropDownList(this, kPort);
-  SetAccessibleName(*port_, _("COM Port:"));
+  SetAccessibleName(*port_, wxControl::RemoveMnemonics(_("COM &Port:")));
   grid->Add(port_, wxSizerFlags().Expand());
   grid->AddSpacer(0);
   port_absence_ = MakeAbsence();
@@ -69,12 +71,13 @@ wxSizer* ConfigUsbDialog::MakeGroup(Group& group, const GroupIds& ids, const wxS
   auto* grid = new wxFlexGridSizer(2, wxSize(GetCharWidth(), GetCharHeight() / 3));
   grid->Add(new wxStaticText(this, ids.label, label), wxSizerFlags().CentreVertical());
   group.devices = new DropDownList(this, ids.devices);
-  SetAccessibleName(*group.devices, label);
+  const wxString name = wxControl::RemoveMnemonics(label);
+  SetAccessibleName(*group.devices, name);
   grid->Add(group.devices, wxSizerFlags().Expand());
   for (std::size_t row = 0; row < group.texts.size(); ++row) {
     grid->Add(new wxStaticText(this, ids.captions[row], _(kCaptions[row])), wxSizerFlags().CentreVertical());
     auto* text = new LimitedEdit(this, ids.texts[row], {kSerialColumns}, wxTE_READONLY);
-    SetAccessibleName(*text, label + " " + _(kCaptions[row]));
+    SetAccessibleName(*text, name + " " + _(kCaptions[row]));
     grid->Add(text, wxSizerFlags().Expand());
     group.texts[row] = text;
   }
@@ -91,8 +94,8 @@ wxStaticText* ConfigUsbDialog::MakeAbsence() {
 }
 
 wxSizer* ConfigUsbDialog::MakeButtons() {
-  auto* ok = new wxButton(this, kOk, _("OK"));
-  auto* cancel = new wxButton(this, kCancel, _("Cancel"));
+  auto* ok = new wxButton(this, kOk, _("&OK"));
+  auto* cancel = new wxButton(this, kCancel, _("&Cancel"));
   ok->SetDefault();
   SetEscapeId(kCancel);
   ok->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { EndModal(wxID_OK); });

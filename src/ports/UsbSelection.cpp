@@ -9,16 +9,16 @@ namespace qlx {
 namespace {
 
 constexpr UsbSelectionLook kLooks[kDeviceKinds] = {
-    {Translatable(L"MSR Configuration"), Translatable(L"MSR:"), L"", false},
-    {Translatable(L"Line Display Configuration"), Translatable(L"Line Display:"), L"", false},
-    {Translatable(L"iButton Configuration"), Translatable(L"iButton:"), L"", false},
-    {Translatable(L"Cash Drawer (USB) Configuration"), Translatable(L"Cash Drawer 1:"),
-     Translatable(L"Cash Drawer 2:"), true},
-    {Translatable(L"Cash Drawer (USB) Configuration"), Translatable(L"Cash Drawer 1:"),
-     Translatable(L"Cash Drawer 2:"), true},
-    {Translatable(L"Cash Drawer (PCI) Configuration"), Translatable(L"Cash Drawer 1:"),
-     Translatable(L"Cash Drawer 2:"), false},
-    {Translatable(L"Printer Configuration"), Translatable(L"Printer:"), L"", false},
+    {Translatable(L"MSR Configuration"), Translatable(L"&MSR:"), L"", false},
+    {Translatable(L"Line Display Configuration"), Translatable(L"&Line Display:"), L"", false},
+    {Translatable(L"iButton Configuration"), Translatable(L"i&Button:"), L"", false},
+    {Translatable(L"Cash Drawer (USB) Configuration"), Translatable(L"Cash Drawer &1:"),
+     Translatable(L"Cash Drawer &2:"), true},
+    {Translatable(L"Cash Drawer (USB) Configuration"), Translatable(L"Cash Drawer &1:"),
+     Translatable(L"Cash Drawer &2:"), true},
+    {Translatable(L"Cash Drawer (PCI) Configuration"), Translatable(L"Cash Drawer &1:"),
+     Translatable(L"Cash Drawer &2:"), false},
+    {Translatable(L"Printer Configuration"), Translatable(L"P&rinter:"), L"", false},
 };
 
 constexpr std::size_t kAuto = 0;

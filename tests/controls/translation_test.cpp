@@ -25,22 +25,22 @@ class TranslationTest : public testing::Test {
 
 TEST_F(TranslationTest, TheFirstLanguageThatThereIsCounts) {
   Load("fr:es:de");
-  EXPECT_EQ(Translated(L"Clear"), L"Borrar");
+  EXPECT_EQ(Translated(L"Not present"), L"No presente");
 }
 
 TEST_F(TranslationTest, TheLocaleCNamesEnglish) {
   Load("fr:C:de");
-  EXPECT_EQ(Translated(L"Clear"), L"Clear");
+  EXPECT_EQ(Translated(L"Not present"), L"Not present");
 }
 
 TEST_F(TranslationTest, EnglishCountsWhereItStands) {
   Load("en_GB:de");
-  EXPECT_EQ(Translated(L"Clear"), L"Clear");
+  EXPECT_EQ(Translated(L"Not present"), L"Not present");
 }
 
 TEST_F(TranslationTest, ACountrysLanguageIsThatOfItsNeighbours) {
   Load("de_AT.UTF-8@euro");
-  EXPECT_EQ(Translated(L"Clear"), L"L\u00F6schen");
+  EXPECT_EQ(Translated(L"Not present"), L"Nicht vorhanden");
 }
 
 TEST_F(TranslationTest, WhatIsInNoCatalogueStaysAsItIs) {
@@ -52,7 +52,8 @@ TEST_F(TranslationTest, WhatIsInNoCatalogueStaysAsItIs) {
 TEST_F(TranslationTest, AValueStandsInTheTranslatedSentenceUntranslated) {
   Load("de");
   EXPECT_EQ(Translated(Message{L"%s Byte(s) Received:", L"3"}), L"3 Byte(s) empfangen:");
-  EXPECT_EQ(Translated(Message{{}, L"Clear"}), L"Clear") << "a device may send a word of the program's";
+  EXPECT_EQ(Translated(Message{{}, L"Not present"}), L"Not present")
+      << "a device may send a word of the program's";
 }
 
 TEST_F(TranslationTest, TheProcesssLocaleStaysWhatItIs) {
@@ -63,7 +64,7 @@ TEST_F(TranslationTest, TheProcesssLocaleStaysWhatItIs) {
 
 TEST_F(TranslationTest, WithoutAFolderEverythingIsEnglish) {
   wxSetEnv("LANGUAGE", "de");
-  EXPECT_EQ(Translated(L"Clear"), L"Clear");
+  EXPECT_EQ(Translated(L"Not present"), L"Not present");
 }
 
 }  // namespace

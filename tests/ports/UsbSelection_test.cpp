@@ -202,13 +202,13 @@ TEST(UsbSelectionKinds, EveryKindHasItsTitleAndLabels) {
                              L"Cash Drawer (USB) Configuration",
                              L"Cash Drawer (PCI) Configuration",
                              L"Printer Configuration"};
-  const wchar_t* labels[] = {L"MSR:",           L"Line Display:",  L"iButton:", L"Cash Drawer 1:",
-                             L"Cash Drawer 1:", L"Cash Drawer 1:", L"Printer:"};
+  const wchar_t* labels[] = {L"&MSR:",           L"&Line Display:",  L"i&Button:", L"Cash Drawer &1:",
+                             L"Cash Drawer &1:", L"Cash Drawer &1:", L"P&rinter:"};
   for (int kind = 0; kind < kDeviceKinds; ++kind) {
     const UsbSelectionLook& look = LookOf(static_cast<DeviceKind>(kind));
     EXPECT_EQ(look.title, titles[kind]);
     EXPECT_EQ(look.first_label, labels[kind]);
-    EXPECT_EQ(look.second_label, kind >= 3 && kind <= 5 ? L"Cash Drawer 2:" : L"");
+    EXPECT_EQ(look.second_label, kind >= 3 && kind <= 5 ? L"Cash Drawer &2:" : L"");
   }
 }
 

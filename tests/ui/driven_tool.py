@@ -20,7 +20,17 @@ def xdotool(*arguments):
 def click_at(bounds, button=1):
     """A click into the middle of a rectangle on the screen: left, top, width, height."""
     left, top, width, height = bounds
-    xdotool("mousemove", left + width // 2, top + height // 2, "click", button)
+    xdotool("mousemove", left + width // 2, top + height // 2)
+    wait_for(lambda: not under_a_tool_tip(), "the tool tip of another control to make way")
+    xdotool("click", button)
+
+
+def under_a_tool_tip():
+    """Whether the mouse is on the tool tip of the control that it was on before: it goes once the program looks."""
+    place = subprocess.run(["xdotool", "getmouselocation", "--shell"], capture_output=True, text=True, check=True).stdout
+    window = dict(line.split("=") for line in place.split())["WINDOW"]
+    kind = subprocess.run(["xprop", "-id", window, "_NET_WM_WINDOW_TYPE"], capture_output=True, text=True, check=False)
+    return "TOOLTIP" in kind.stdout
 
 
 class DrivenTool:

@@ -216,6 +216,18 @@ class Choice(PortsPage):
         tool.main_window()
         wait_for(lambda: tool.rows(LIST)[DRAWER_1][1] == "COM3", "the port")
 
+    def test_its_keys_reach_the_port_and_press_the_buttons(self):
+        tool = self.open_page()
+        for key, stored in (("alt+c", ""), ("alt+o", "COM3")):
+            self.configure(tool, DRAWER_1)
+            tool.focus(CANCEL)
+            tool.key("alt+p")
+            tool.key("Down")
+            wait_for(lambda: tool.chosen(PORT) == "COM3", "the key to reach the list of ports")
+            tool.key(key)
+            tool.main_window()
+            wait_for(lambda stored=stored: tool.rows(LIST)[DRAWER_1][1] == stored, "the port")
+
 
 if __name__ == "__main__":
     unittest.main()

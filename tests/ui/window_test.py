@@ -86,13 +86,29 @@ class Keys(WindowCase):
         tool.key("Escape")
         tool.await_no_other_window()
 
-
     def test_the_key_of_apply_all_is_reached_from_a_page(self):
         tool = self.open(complete_file())
         tool.tab("Printer")
         tool.click(1096)
         tool.key("alt+l")
         tool.answer("OK", "All settings saved.")
+
+
+class Mnemonics(WindowCase):
+    def test_the_key_of_a_label_leads_to_its_field(self):
+        tool = self.open(complete_file())
+        tool.tab("Logging")
+        tool.click(1022)
+        wait_for(lambda: tool.focused(1022), "the field to have the focus")
+        for key, number in (("alt+n", 1025), ("alt+s", 1023)):
+            tool.key(key)
+            wait_for(lambda number=number: tool.focused(number), f"{key} to reach {number}")
+        tool.key("alt+v")
+        wait_for(lambda: not tool.focused(1023), "the list to have the focus")
+        tool.key("Down")
+        wait_for(lambda: tool.chosen(1019) == "Error", "the list to move on")
+        tool.key("alt+m")
+        wait_for(lambda: not tool.checked(1021), "the box to be switched")
 
 
 class ApplyAll(WindowCase):

@@ -1,13 +1,14 @@
-#include "controls/field_labels.h"
+#include "controls/mnemonics.h"
 
 #include <gtk/gtk.h>
 #include <wx/stattext.h>
 
 namespace qlx {
 
-void LeadLabelsToFields(wxWindow& window) {
+/// GTK serves the keys of a whole window; it only has to be told what a label belongs to.
+void ServeMnemonics(wxWindow& window) {
   for (wxWindow* child : window.GetChildren()) {
-    LeadLabelsToFields(*child);
+    ServeMnemonics(*child);
     const auto* label = dynamic_cast<const wxStaticText*>(child);
     wxWindow* field = child->GetNextSibling();
     if (label == nullptr || field == nullptr || label->GetLabel() == label->GetLabelText()) continue;

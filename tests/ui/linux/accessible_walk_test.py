@@ -20,6 +20,20 @@ PAGES = {
     "iButton": [1044, 1045, 1043, 1040, 1048, 1041, 1049, 1042, 1050, 1046, 1047, 1033, 1034],
     "Printer": [1074, 1075, 1095, 1072, 1096, 1073],
 }
+# The controls whose labels are terms of the trade; what they mean is their tool tip and their description.
+TERMS = {
+    "Logging": {1022: "Where the logging service listens on this machine.",
+                1019: "How much is logged: each level includes the ones before it."},
+    "MSR": {1002: "Sends a carriage return (CR) behind every track.",
+            1007: "Leaves out a track that could not be read.",
+            1018: "Sends a carriage return (CR) behind this track only."},
+    "iButton": {1044: "Where the part of the key's identifier that is sent begins.",
+                1048: "Paste converted ASCII characters from the HEX text box to the Prefix text box",
+                1042: "Bytes that are sent when the key is taken away."},
+    "Printer": {1074: "Which characters the printer has.",
+                1075: "Which printer's commands the applications send.",
+                1096: "The printer tells of a change by itself, without being asked."},
+}
 DRAWERS = [1051, 1061, 1052, 1053, 1054, 1062, 1055, 1057, 1059, 1, CANCEL]
 PORT_ONLY = [1051, 1, CANCEL]
 CHOICES = {
@@ -141,6 +155,14 @@ class Pages(Walk):
             tool.tab(page)
             tool.focus(TABS)
             self.judge(tool, window, order + FRAME)
+
+    def test_a_screen_reader_tells_what_a_term_means(self):
+        tool = self.open(ports_file(""))
+        for page, terms in TERMS.items():
+            tool.tab(page)
+            for number, meaning in terms.items():
+                with self.subTest(page, number=number):
+                    self.assertEqual(tool.description(number), meaning)
 
     def test_a_cell_of_the_list_is_read_as_it_is_shown(self):
         self.ports = Ports("COM3")

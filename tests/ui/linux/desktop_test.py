@@ -5,7 +5,7 @@ import unittest
 from driven_tool import click_at
 from ibutton_test import ASCII, PREFIX, IButtonPage
 from waiting import wait_for
-from window_case import RESTART_QUESTION, WindowCase, complete_file
+from window_case import RESTART_QUESTION, WindowCase
 
 
 class MiddleClick(IButtonPage):
@@ -28,23 +28,6 @@ class Question(WindowCase):
         tool.close()
         tool.answer("No", RESTART_QUESTION)
         self.assertEqual(tool.wait(), 0)
-
-
-class Mnemonics(WindowCase):
-    def test_the_key_of_a_label_leads_to_its_field(self):
-        tool = self.open(complete_file())
-        tool.tab("Logging")
-        tool.click(1022)
-        wait_for(lambda: tool.focused(1022), "the field to have the focus")
-        for key, number in (("alt+n", 1025), ("alt+s", 1023)):
-            tool.key(key)
-            wait_for(lambda number=number: tool.focused(number), f"{key} to reach {number}")
-        tool.key("alt+v")
-        wait_for(lambda: not tool.focused(1023), "the list to have the focus")
-        tool.key("Down")
-        wait_for(lambda: tool.chosen(1019) == "Error", "the list to move on")
-        tool.key("alt+m")
-        wait_for(lambda: not tool.checked(1021), "the box to be switched")
 
 
 if __name__ == "__main__":

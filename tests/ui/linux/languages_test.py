@@ -333,7 +333,9 @@ class EveryWindow(Languages):
             self.fail("\n".join([f"{place}:", *last]))
 
     def judge_dialog(self, tool, title):
-        self.judge(title, tool.active_window(self.says(title)))
+        window = tool.active_window(self.says(title))
+        self.judge(title, window)
+        self.assertEqual(self.without_key(window), [], title)
         tool.key("Escape")
         tool.active_window(self.says("Quillon Configuration Tool"))
 
