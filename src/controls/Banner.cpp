@@ -10,12 +10,29 @@
 #include "controls/accessible_id.h"
 
 namespace qlx {
+namespace {
+
+constexpr double kAccent = 0.2;  // of the whole
+
+/// A little of the desktop's accent on the ground of its windows: that stands out in a light theme as in a
+/// dark one, and the windows' own text can be read on it.
+wxColour Ground() {
+  const wxColour ground = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
+  const wxColour accent = wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT);
+  const auto mixed = [](unsigned char over, unsigned char under) {
+    return wxColour::AlphaBlend(over, under, kAccent);
+  };
+  return {mixed(accent.Red(), ground.Red()), mixed(accent.Green(), ground.Green()),
+          mixed(accent.Blue(), ground.Blue())};
+}
+
+}  // namespace
 
 Banner::Banner(wxWindow* parent, int id, const wxString& text, int characters) : wxPanel(parent) {
   m_container.DisableSelfFocus();  // the tab key passes it by
-  SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOBK));
+  SetBackgroundColour(Ground());
   auto* words = new wxStaticText(this, id, text);
-  words->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOTEXT));
+  words->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT));
   words->Wrap(characters * GetCharWidth());
   // A label that may break its lines asks for less room than they take.
   words->SetMinSize(wxClientDC(words).GetMultiLineTextExtent(words->GetLabel()));

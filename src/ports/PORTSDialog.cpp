@@ -160,8 +160,7 @@ void PORTSDialog::TellAbsentPorts() {
 
 wxString PORTSDialog::AbsentPortsInWords() const {
   wxString words;
-  for (const AbsentPort& absent :
-       settings_.AbsentPorts(document_->ReadSection(L"Ports_Configuration"), present_ports_)) {
+  for (const AbsentPort& absent : settings_.AbsentPorts(present_ports_)) {
     if (!words.empty()) words += "\n";
     words += _(kRows[static_cast<std::size_t>(absent.kind)]) + ": " +
              Translated(Message{absent.kept ? kAbsent : kAbsentAtStart, absent.port.substr(0, kLongestPort)});

@@ -41,7 +41,9 @@ void PORTSSettings::Load(const std::vector<ConfigNode>& elements) {
   for (const ConfigNode& element : elements) {
     const auto found = std::ranges::find(kElements, element.name, &DeviceElement::name);
     if (found == std::end(kElements)) continue;
-    if (Holds(ports_, element.text)) Row(found->kind).port = element.text;
+    const bool present = Holds(ports_, element.text);
+    if (present) Row(found->kind).port = element.text;
+    left_in_file_[static_cast<std::size_t>(found->kind)] = present ? std::wstring() : element.text;
     if (found->identities != Identities::kTwo) continue;
     Row(kCashDrawer1).usb = {Attribute(element, L"VID"), Attribute(element, L"PID"),
                              Attribute(element, L"Serial_Number")};
@@ -67,6 +69,7 @@ void PORTSSettings::Save(ConfigDocument& document) {
     }
     document.SetValue(kSection, element.name, device.port, attributes);
   }
+  left_in_file_ = {};
   if (document.Save()) stored_ = rows_;
 }
 
@@ -80,8 +83,7 @@ void PORTSSettings::Configure(DeviceKind kind, const PortRow& choice, const UsbI
   if (!choice.port.empty() && !Holds(ports_, choice.port)) ports_.push_back(choice.port);
 }
 
-std::vector<AbsentPort> PORTSSettings::AbsentPorts(const std::vector<ConfigNode>& stored,
-                                                   const std::vector<std::wstring>& present) const {
+std::vector<AbsentPort> PORTSSettings::AbsentPorts(const std::vector<std::wstring>& present) const {
   std::vector<AbsentPort> absent;
   for (const DeviceElement& element : kElements) {
     const std::wstring& port = row(element.kind).port;
@@ -89,9 +91,8 @@ std::vector<AbsentPort> PORTSSettings::AbsentPorts(const std::vector<ConfigNode>
       if (!Holds(present, port)) absent.push_back({element.kind, port, true});
       continue;
     }
-    const auto found = std::ranges::find(stored, element.name, &ConfigNode::name);
-    if (found == stored.end() || found->text.empty() || Holds(ports_, found->text)) continue;
-    absent.push_back({element.kind, found->text, false});
+    const std::wstring& left = left_in_file_[static_cast<std::size_t>(element.kind)];
+    if (!left.empty()) absent.push_back({element.kind, left, false});
   }
   return absent;
 }

@@ -56,9 +56,8 @@ class PORTSSettings {
   void Configure(DeviceKind kind, const PortRow& choice, const UsbIdentity& second);
 
   /// In the order of the rows: of those with a port, whose port is not among `present`; of those without,
-  /// whose port in the file, as `stored`, was not there when the tool started.
-  std::vector<AbsentPort> AbsentPorts(const std::vector<ConfigNode>& stored,
-                                      const std::vector<std::wstring>& present) const;
+  /// whose port in the file was not there when the tool started, until a save has cleared it.
+  std::vector<AbsentPort> AbsentPorts(const std::vector<std::wstring>& present) const;
 
  private:
   PortRow& Row(DeviceKind kind) { return rows_[static_cast<std::size_t>(kind)]; }
@@ -66,6 +65,7 @@ class PORTSSettings {
   std::vector<std::wstring> ports_;
   std::array<PortRow, kDeviceKinds> rows_;
   std::array<PortRow, kDeviceKinds> stored_;
+  std::array<std::wstring, kDeviceKinds> left_in_file_;  ///< ports that no row could take
 };
 
 }  // namespace qlx
