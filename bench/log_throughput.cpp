@@ -1,6 +1,5 @@
 // What a record costs: LogMessage against a bare select + send of ready records, against spdlog writing the
-// same fields over the same transport, filtered out, and the rows of a dump against a table-driven loop.
-#include <array>
+// same fields over the same transport, and filtered out.
 #include <cstdarg>
 #include <functional>
 #include <memory>
@@ -9,13 +8,9 @@
 #include <thread>
 #include <vector>
 
-#include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/base_sink.h>
-#include <spdlog/spdlog.h>
-
 #include "bench/discarding_reader.h"
 #include "bench/rounds.h"
-#include "log/HexRows.h"
+#include "bench/spdlog_peer.h"
 #include "log/LogMessage.h"
 #include "log/ProcessLog.h"
 
@@ -26,16 +21,12 @@ using qlx::bench::Fail;
 using qlx::bench::reader_port;
 using qlx::bench::Rounds;
 using qlx::bench::Seconds;
+using qlx::bench::Spdlog;
+using qlx::bench::Use;
 
 constexpr int kRecords = 60000;
 constexpr int kThreads = 4;
 constexpr int kFilteredCalls = 20'000'000;
-constexpr std::size_t kDumpBytes = 1 << 20;
-
-/// Keeps the optimiser from dropping what is only measured.
-void Use(const char* bytes) {
-  asm volatile("" : : "r"(bytes) : "memory");
-}
 
 /// Takes every record at no cost, so that only the formatting is left to measure.
 class VoidSocket final : public qlx::platform::TcpSocket {
@@ -111,42 +102,6 @@ class OurSocket {
   qlx::LogSocketClient client_;
 };
 
-/// spdlog's locking and formatting over a given transport.
-template <typename Transport>
-class TransportSink final : public spdlog::sinks::base_sink<std::mutex> {
- protected:
-  void sink_it_(const spdlog::details::log_msg& message) override {
-    spdlog::memory_buf_t record;
-    formatter_->format(message, record);
-    transport_.Send({record.data(), record.size()});
-  }
-  void flush_() override {}
-
- private:
-  Transport transport_;
-};
-
-/// A hexadecimal identifier of at least four digits, which spdlog's own flags do not print.
-template <bool kThread>
-class HexId final : public spdlog::custom_flag_formatter {
- public:
-  void format(const spdlog::details::log_msg& message, const std::tm&, spdlog::memory_buf_t& out) override {
-    const auto id = kThread ? message.thread_id : static_cast<std::size_t>(spdlog::details::os::pid());
-    fmt::format_to(std::back_inserter(out), "{:04x}", id);
-  }
-  std::unique_ptr<custom_flag_formatter> clone() const override { return std::make_unique<HexId>(); }
-};
-
-template <typename Transport>
-std::shared_ptr<spdlog::logger> Spdlog() {
-  auto formatter = std::make_unique<spdlog::pattern_formatter>(spdlog::pattern_time_type::local, "\r\n");
-  formatter->add_flag<HexId<false>>('1').add_flag<HexId<true>>('2');
-  formatter->set_pattern("%d/%m/%Y %H:%M:%S.%e\tP[%1]\tT[%2]\t%-15n\t%-14l\t%v");
-  auto logger = std::make_shared<spdlog::logger>("MZP_PRINTER", std::make_shared<TransportSink<Transport>>());
-  logger->set_formatter(std::move(formatter));
-  return logger;
-}
-
 const std::string& ReadyRecord() {
   static const std::string record =
       "16/11/2026 02:27:47.123\tP[0a1c]\tT[1f20]\tMZP_PRINTER    \tLEVEL_INFO    \t"
@@ -219,60 +174,6 @@ bool FilteredOut() {
   return rounds.AtMost(1.0, "LogMessage", "spdlog");
 }
 
-using Digits = std::array<std::array<char, 2>, 256>;
-
-constexpr Digits TableOfDigits() {
-  Digits table{};
-  for (std::size_t byte = 0; byte < table.size(); ++byte)
-    table[byte] = {"0123456789abcdef"[byte / 16], "0123456789abcdef"[byte % 16]};
-  return table;
-}
-
-constexpr Digits kDigits = TableOfDigits();
-
-/// The floor of a dump: one buffer made once, digits by table, labels counted up in place.
-void DumpByTable(const std::vector<unsigned char>& bytes) {
-  std::array<char, 80> row{};
-  row.fill(' ');
-  row[3] = ')';
-  unsigned number = 0;
-  for (std::size_t start = 0; start + 16 <= bytes.size(); start += 16) {
-    ++number;
-    row[0] = char('0' + number / 100 % 10);
-    row[1] = char('0' + number / 10 % 10);
-    row[2] = char('0' + number % 10);
-    for (std::size_t i = 0; i < 16; ++i) {
-      const unsigned char byte = bytes[start + i];
-      row[5 + i * 3 + i / 4 * 2] = kDigits[byte][0];
-      row[6 + i * 3 + i / 4 * 2] = kDigits[byte][1];
-      row[61 + i] = byte < 0x21 ? '.' : static_cast<char>(byte);
-    }
-    Use(row.data());
-  }
-}
-
-void DumpByRows(const std::vector<unsigned char>& bytes) {
-  qlx::HexRows rows(bytes);
-  while (!rows.done()) Use(rows.Next().data());
-}
-
-bool DumpRows() {
-  // 999 rows at most a dump, so that every label has three digits, as the floor's have.
-  std::vector<unsigned char> bytes(999 * 16);
-  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(i * 37);
-  const auto rate = [&](auto&& dump) {
-    return double(kDumpBytes) / Seconds([&] {
-             for (std::size_t done = 0; done < kDumpBytes; done += bytes.size()) dump(bytes);
-           }) /
-           16;
-  };
-  Rounds rounds("rows of a dump, in memory", "rows/s");
-  rounds.Add("table-driven one-buffer loop", [&] { return rate(DumpByTable); });
-  rounds.Add("LogHexDump's rows", [&] { return rate(DumpByRows); });
-  rounds.Run(15);
-  return rounds.AtLeast(0.5, "LogHexDump's rows", "table-driven one-buffer loop");
-}
-
 }  // namespace
 
 int main() {
@@ -282,7 +183,6 @@ int main() {
   const bool four = Records(kThreads, 0.85);
   const bool formatting = Formatting();
   const bool filtered = FilteredOut();
-  const bool rows = DumpRows();
   log_to_reader.End();
-  return one && four && formatting && filtered && rows ? 0 : 1;
+  return one && four && formatting && filtered ? 0 : 1;
 }

@@ -35,6 +35,11 @@ double ThreadSeconds(Work&& work) {
   return now() - start;
 }
 
+/// Keeps the optimiser from dropping what is only measured.
+inline void Use(const char* bytes) {
+  asm volatile("" : : "r"(bytes) : "memory");
+}
+
 inline double Median(std::vector<double> figures) {
   std::sort(figures.begin(), figures.end());
   const std::size_t middle = figures.size() / 2;
