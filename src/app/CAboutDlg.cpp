@@ -8,6 +8,7 @@
 #include "controls/accessible_id.h"
 #include "controls/closing_button.h"
 #include "controls/translation.h"
+#include "controls/window_icons.h"
 
 namespace qlx {
 namespace {
@@ -17,6 +18,7 @@ constexpr int kIconSize = 48;
 }  // namespace
 
 CAboutDlg::CAboutDlg(wxWindow* parent) : wxDialog(parent, wxID_ANY, _("About Configuration Tool")) {
+  TakeParentIcons(*this);
   auto* version = new wxBoxSizer(wxHORIZONTAL);
   version->Add(new wxStaticText(this, wxID_ANY, _("Version:")), wxSizerFlags().Border(wxRIGHT));
   version->Add(new wxStaticText(this, wxID_ANY, QLX_VERSION));

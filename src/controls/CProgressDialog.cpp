@@ -4,6 +4,7 @@
 
 #include "controls/accessible_id.h"
 #include "controls/translation.h"
+#include "controls/window_icons.h"
 
 namespace qlx {
 namespace {
@@ -14,6 +15,7 @@ constexpr int kMarqueeIntervalMs = 30;
 
 CProgressDialog::CProgressDialog(wxWindow* parent)
     : wxDialog(parent, wxID_ANY, _("In Progress..."), wxDefaultPosition, wxDefaultSize, wxCAPTION) {
+  TakeParentIcons(*this);
   bar_ = new wxGauge(this, kBarId, 100, wxDefaultPosition, ConvertDialogToPixels(wxSize(151, 14)));
   SetAccessibleName(*bar_, GetTitle());
   auto* frame = new wxBoxSizer(wxVERTICAL);

@@ -14,6 +14,7 @@
 #include "controls/closing_button.h"
 #include "controls/message_box.h"
 #include "controls/translation.h"
+#include "controls/window_icons.h"
 
 namespace qlx {
 namespace {
@@ -60,6 +61,7 @@ HelpDialog::HelpDialog(wxWindow* parent, HelpBook book)
       book_(std::move(book)),
       chapters_(new wxListBox(this, kChapters)),
       page_(new wxHtmlWindow(this, kPage, wxDefaultPosition, wxDefaultSize, wxBORDER_THEME)) {
+  TakeParentIcons(*this);
   KnowPictures();
   LayOut();
   BindEvents();

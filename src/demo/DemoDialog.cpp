@@ -9,6 +9,7 @@
 #include "controls/BusyWindow.h"
 #include "controls/accessible_id.h"
 #include "controls/translation.h"
+#include "controls/window_icons.h"
 #include "demo/demo_commands.h"
 #include "demo/demo_kinds.h"
 #include "demo/received_text.h"
@@ -56,6 +57,7 @@ DemoDialog::DemoDialog(wxWindow* parent, DeviceKind kind, const std::wstring& po
       kind_(kind),
       session_(
           std::move(open_port), [this] { calls_.Post([this] { ShowWaiting(); }); }, ServePainting) {
+  TakeParentIcons(*this);
   LayOut(port);
   BindEvents();
   if (!session_.Open(port)) {

@@ -8,6 +8,7 @@
 #include "controls/accessible_id.h"
 #include "controls/mnemonics.h"
 #include "controls/translation.h"
+#include "controls/window_icons.h"
 #include "ports/list_changes.h"
 
 namespace qlx {
@@ -32,6 +33,7 @@ ConfigUsbDialog::ConfigUsbDialog(wxWindow* parent, DeviceKind kind, UsbSelection
       watch_(std::move(look), [this](const PresentDevices& present) {
         calls_.Post([this, present] { TakePresent(present); });
       }) {
+  TakeParentIcons(*this);
   constexpr GroupIds kFirst = {1063, 1061, {1089, 1090, 1091}, {1052, 1053, 1054}};
   constexpr GroupIds kSecond = {1064, 1062, {1092, 1093, 1094}, {1055, 1057, 1059}};
   const UsbSelectionLook& texts = LookOf(kind);

@@ -71,6 +71,7 @@ class Kinds(DemoCase):
             tool.select(LIST, kind)
             tool.click(DEMO)
             tool.active_window(title)
+            self.assert_own_icon(tool, title)
             self.assertEqual(tool.name(PORT_LABEL), PORT_OF[kind])
             self.await_output(tool, OPENED)
             labels = [tool.name(number) if tool.find(number) else None for number in (COMMAND, COMMAND_2)]

@@ -1,5 +1,6 @@
 """What a test does with the running program by mouse and keyboard, whatever the platform tells about its windows."""
 
+import re
 import shutil
 import subprocess
 import time
@@ -17,6 +18,10 @@ def xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True)
 
 
+def answer_of(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
 def click_at(bounds, button=1):
     """A click into the middle of a rectangle on the screen: left, top, width, height."""
     left, top, width, height = bounds
@@ -27,7 +32,7 @@ def click_at(bounds, button=1):
 
 def under_a_tool_tip():
     """Whether the mouse is on the tool tip of the control that it was on before: it goes once the program looks."""
-    place = subprocess.run(["xdotool", "getmouselocation", "--shell"], capture_output=True, text=True, check=True).stdout
+    place = answer_of("xdotool", "getmouselocation", "--shell")
     window = dict(line.split("=") for line in place.split())["WINDOW"]
     kind = subprocess.run(["xprop", "-id", window, "_NET_WM_WINDOW_TYPE"], capture_output=True, text=True, check=False)
     return "TOOLTIP" in kind.stdout
@@ -43,6 +48,11 @@ class DrivenTool:
 
     def main_window(self):
         return self.active_window(MAIN_WINDOW)
+
+    def icon(self, title):
+        """What the frame of the window shows, as window managers are told; empty for none."""
+        window = answer_of("xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$").split()[0]
+        return answer_of("xprop", "-id", window, "-notype", "32c", "_NET_WM_ICON").partition(" = ")[2]
 
     def await_no_other_window(self):
         wait_for(lambda: len(self.windows()) == 1, "every window but the main one to close")

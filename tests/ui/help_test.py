@@ -38,6 +38,7 @@ class Book:
 
     def assert_shown(self, tool, title):
         tool.active_window(f"Help: {title}")
+        self.assert_own_icon(tool, f"Help: {title}")
         self.assertEqual(tool.name(PAGE), title)
         self.assertTrue(tool.description(PAGE).lstrip().startswith(title), tool.description(PAGE)[:80])
 

@@ -35,6 +35,7 @@ class PortsPage(WindowCase):
         tool.select(LIST, row)
         tool.click(CONFIGURE)
         tool.active_window(title)
+        self.assert_own_icon(tool, title)
 
     def saved(self):
         """The elements of the section, in document order: name, text, attributes."""

@@ -5,6 +5,7 @@ import socket
 import subprocess
 import unittest
 
+from driven_tool import MAIN_WINDOW
 from installation import Installation
 from tool import Tool
 from waiting import wait_for
@@ -58,6 +59,11 @@ class WindowCase(unittest.TestCase):
             return "window id" in check.stdout
 
         wait_for(managed, "the window manager")
+
+    def assert_own_icon(self, tool, title):
+        """The window has the program's icon, which the main window has."""
+        self.assertTrue(tool.icon(MAIN_WINDOW))
+        self.assertEqual(tool.icon(title), tool.icon(MAIN_WINDOW))
 
     def start(self, environment=None):
         """Starts the program without waiting for its window. No service manager answers unless one is given."""

@@ -80,6 +80,7 @@ class Keys(WindowCase):
         wait_for(lambda: tool.focused(1022), "the field to have the focus")
         tool.key("alt+a")
         tool.active_window("About Configuration Tool")
+        self.assert_own_icon(tool, "About Configuration Tool")
         labels = tool.labels("About Configuration Tool")
         self.assertIn("Version:", labels)
         self.assertIn("1.11.8", labels)
