@@ -37,7 +37,7 @@ struct ServiceProbe::Shared {
   OpenManager open_manager;
   Report report;
   std::mutex lock;
-  bool asking = false;
+  std::thread asker;  ///< joinable while a question is open
   bool closed = false;
 };
 
@@ -52,12 +52,9 @@ ServiceProbe::~ServiceProbe() {
 }
 
 bool ServiceProbe::Ask() {
-  {
-    const std::lock_guard guard(shared_->lock);
-    if (shared_->asking) return false;
-    shared_->asking = true;
-  }
-  std::thread([shared = shared_] { Answer(*shared); }).detach();
+  const std::lock_guard guard(shared_->lock);
+  if (shared_->asker.joinable()) return false;
+  shared_->asker = std::thread([shared = shared_] { Answer(*shared); });
   return true;
 }
 
@@ -65,7 +62,8 @@ void ServiceProbe::Answer(Shared& shared) {
   const ServiceStates states = StatesOf(shared.open_manager);
   // Told under the lock: the probe cannot go away between the check and the report.
   const std::lock_guard guard(shared.lock);
-  shared.asking = false;
+  // By itself: one that is let go before it has begun may never begin in the Windows build.
+  shared.asker.detach();
   if (!shared.closed) shared.report(states);
 }
 

@@ -33,10 +33,12 @@ void SayAfterTheEnd() {
 
 void SayWhileExiting() {
   Say();
-  for (int i = 0; i < 2; ++i)
-    std::thread([] {
+  static auto& loggers = *new std::vector<std::thread>;  // that nobody joins
+  for (int i = 0; i < 2; ++i) {
+    loggers.emplace_back([] {
       for (;;) LogMessage(MZP_PRINTER, LEVEL_ERROR, "while exiting");
-    }).detach();
+    });
+  }
 }
 
 }  // namespace

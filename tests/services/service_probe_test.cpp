@@ -1,6 +1,8 @@
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <future>
+#include <mutex>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -92,6 +94,23 @@ TEST_F(ServiceProbeTest, AsksOnceAtATimeAndAgainAfterTheAnswer) {
   while (answers < 2 && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
   EXPECT_EQ(answers, 2);
   EXPECT_EQ(questions, 2);
+}
+
+TEST_F(ServiceProbeTest, AnswersEveryOneOfManyQuestions) {
+  std::mutex lock;
+  std::condition_variable answered;
+  int answers = 0;
+  ServiceProbe probe([this] { return std::make_unique<ScriptedManager>(scripts_, happened_); },
+                     [&](const ServiceStates&) {
+                       const std::lock_guard guard(lock);
+                       ++answers;
+                       answered.notify_one();
+                     });
+  for (int question = 1; question <= 300; ++question) {
+    while (!probe.Ask()) std::this_thread::yield();  // until the last thread has let the question go
+    std::unique_lock guard(lock);
+    ASSERT_TRUE(answered.wait_for(guard, kLimit, [&] { return answers == question; })) << question;
+  }
 }
 
 TEST_F(ServiceProbeTest, GoesAwayWhileTheManagerHangsAndIsToldNothingMore) {
