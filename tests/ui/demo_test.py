@@ -9,7 +9,7 @@ import unittest
 from devices import Ports
 from ports_test import CLEAR_ALL, DEMO, LIST, ports_file
 from services import Services
-from driven_tool import click_at, xdotool
+from driven_tool import xdotool
 from tool import Tool
 from waiting import wait_for
 from window_case import RESTART_QUESTION, WindowCase
@@ -243,7 +243,7 @@ class Troubles(DemoCase):
         tool.check(HEX, True)
         wait_for(lambda: tool.text_length(OUTPUT) > 1000000, "the flood")
         self.assertEqual(tool.text_start(OUTPUT, len(OPENED)), OPENED)
-        click_at(clear)
+        tool.click_at(clear)
         wait_for(lambda: tool.text_start(OUTPUT, len(OPENED)) != OPENED, "the output to have been emptied")
         tool.click(CLOSE)
         tool.main_window()

@@ -22,26 +22,17 @@ def answer_of(*command):
     return subprocess.run(command, capture_output=True, text=True, check=True).stdout
 
 
-def click_at(bounds, button=1):
-    """A click into the middle of a rectangle on the screen: left, top, width, height."""
-    left, top, width, height = bounds
-    xdotool("mousemove", left + width // 2, top + height // 2)
-    wait_for(lambda: not under_a_tool_tip(), "the tool tip of another control to make way")
-    xdotool("click", button)
-
-
-def under_a_tool_tip():
-    """Whether the mouse is on the tool tip of the control that it was on before: it goes once the program looks."""
-    place = answer_of("xdotool", "getmouselocation", "--shell")
-    window = dict(line.split("=") for line in place.split())["WINDOW"]
-    kind = subprocess.run(["xprop", "-id", window, "_NET_WM_WINDOW_TYPE"], capture_output=True, text=True, check=False)
-    return "TOOLTIP" in kind.stdout
+def mouse_place():
+    """Where the mouse is, and in which window: x, y, the number of the window."""
+    told = dict(line.split("=") for line in answer_of("xdotool", "getmouselocation", "--shell").split())
+    return int(told["X"]), int(told["Y"]), told["WINDOW"]
 
 
 class DrivenTool:
     """The running program. Controls are named by their numbers, windows by their titles; each platform's Tool
     answers how they look: windows, box, box_text, box_buttons, find, bounds, cell_bounds, enabled, checked,
-    focused, text, text_start, text_length, caret, chosen, items, tabs, current_tab, rows, selected_row, name, labels;
+    focused, text, text_start, text_length, caret, chosen, items, tabs, current_tab, rows, selected_row, name, labels,
+    and whether the mouse is under_a_tool_tip, that of the control it was on before: it goes once the program looks;
     and does what neither mouse nor keyboard do: focus, set_text, pick, wait, kill."""
 
     # Windows
@@ -75,7 +66,7 @@ class DrivenTool:
                 return True
             if time.monotonic() > clicked + 1:  # a window manager may have moved the box under the mouse
                 bounds = self.box_buttons().get(button, bounds)
-                click_at(bounds)
+                self.click_at(bounds)
                 clicked = time.monotonic()
             return False
 
@@ -83,11 +74,18 @@ class DrivenTool:
 
     # Controls
 
+    def click_at(self, bounds, button=1):
+        """A click into the middle of a rectangle on the screen: left, top, width, height."""
+        left, top, width, height = bounds
+        xdotool("mousemove", left + width // 2, top + height // 2)
+        wait_for(lambda: not self.under_a_tool_tip(), "the tool tip of another control to make way")
+        xdotool("click", button)
+
     def control(self, number):
         return wait_for(lambda: self.find(number), f"control {number}")
 
     def click(self, number):
-        click_at(self.bounds(number))
+        self.click_at(self.bounds(number))
 
     def check(self, number, value):
         """Clicks a check box unless it is as wanted, and waits until it is."""
@@ -126,7 +124,7 @@ class DrivenTool:
 
     def select(self, number, row):
         """Clicks on a row and waits until it is the selected one."""
-        click_at(self.cell_bounds(number, row))
+        self.click_at(self.cell_bounds(number, row))
         wait_for(lambda: self.selected_row(number) == row, f"row {row} to be selected")
 
     def double_click(self, number, row):

@@ -2,7 +2,6 @@
 
 import unittest
 
-from driven_tool import click_at
 from ibutton_test import ASCII, PREFIX, IButtonPage
 from waiting import wait_for
 from window_case import RESTART_QUESTION, WindowCase
@@ -14,7 +13,7 @@ class MiddleClick(IButtonPage):
         tool.enter(ASCII, "0d-0A41")
         tool.key("ctrl+a")
         wait_for(lambda: tool.control(ASCII).queryText().getNSelections() == 1, "the selection")
-        click_at(tool.bounds(PREFIX), button=2)
+        tool.click_at(tool.bounds(PREFIX), button=2)
         self.assert_field(tool, PREFIX, "0D 0A 41", 8)
 
 

@@ -7,7 +7,7 @@ import subprocess
 
 import pyatspi
 
-from driven_tool import TABS, TIED, DrivenTool, xdotool
+from driven_tool import TABS, TIED, DrivenTool, mouse_place, xdotool
 from waiting import LIMIT, vanished, wait_for
 
 LISTS = (pyatspi.ROLE_COMBO_BOX, pyatspi.ROLE_TABLE, pyatspi.ROLE_TREE_TABLE)
@@ -188,6 +188,12 @@ class Tool(DrivenTool):
     def box_buttons(self):
         """The places of the open message box's buttons, by their texts."""
         return {c.name: bounds_of(c) for c in descendants(self.box()) if c.getRoleName() == "push button"}
+
+    @staticmethod
+    def under_a_tool_tip():
+        kind = subprocess.run(
+            ["xprop", "-id", mouse_place()[2], "_NET_WM_WINDOW_TYPE"], capture_output=True, text=True, check=False)
+        return "TOOLTIP" in kind.stdout
 
     # Controls
 

@@ -4,10 +4,11 @@ import os
 import re
 import subprocess
 
-from driven_tool import TABS, TIED, DrivenTool, xdotool
+from driven_tool import TABS, TIED, DrivenTool, mouse_place, xdotool
 from waiting import wait_for
 
 OUR_NUMBERS = range(1000, 1100)  # control ids that the tool's own windows have, and no message box
+TOOL_TIP = "tooltips_class32"
 BOX_BUTTONS = range(1, 10)
 ABOUT = "About Configuration Tool"  # the one window of the tool's own that has nothing but such a button
 ESCAPES = {"\\": "\\\\", "\t": "\\t", "\n": "\\n", "\r": "\\r"}
@@ -16,11 +17,24 @@ WINDOW_FIELDS = 7
 CONTROL_FIELDS = 9
 
 
+class DriverEnded(Exception):
+    """No answer comes any more."""
+
+
 class Driver:
     """The program on the Windows side that speaks to windows: one line asked, one line answered."""
 
     def __init__(self, environment):
-        self.process = subprocess.Popen(
+        self.process = self.started(environment)
+        try:
+            self.ask("foreground")
+        except (DriverEnded, BrokenPipeError) as ended:  # before it began: see scripts/wine-start
+            print(f"{ended}: once more")
+            self.process = self.started(environment)
+
+    @staticmethod
+    def started(environment):
+        return subprocess.Popen(
             [*TIED, os.environ["WINE"], os.environ["QLX_DRIVER"]],
             env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8")
 
@@ -29,11 +43,14 @@ class Driver:
         line = "\t".join(re.sub(r"[\\\t\n\r]", lambda found: ESCAPES[found.group()], str(field)) for field in command)
         self.process.stdin.write(line + "\n")
         self.process.stdin.flush()
-        verdict, *fields = self.process.stdout.readline().rstrip("\n").split("\t")
+        answer = self.process.stdout.readline()
+        if not answer:
+            raise DriverEnded(f"{command}: the driver has ended with {self.process.wait(timeout=5)}")
+        verdict, *fields = answer.rstrip("\n").split("\t")
         fields = [re.sub(r"\\.", lambda found: MEANT[found.group()], field) for field in fields]
         if verdict == "ok":
             return fields
-        raise LookupError(f"{command}: {fields or 'the driver has ended'}")
+        raise LookupError(f"{command}: {fields}")
 
     def close(self):
         self.process.stdin.close()
@@ -144,6 +161,11 @@ class Tool(DrivenTool):
         """The places of the open message box's buttons, by their texts."""
         controls = [control for control in self.controls(self.box()) if control.shown and control.kind == "Button"]
         return {control.text.replace("&", ""): control.bounds for control in controls}
+
+    def under_a_tool_tip(self):
+        x, y, _ = mouse_place()
+        tips = [window.bounds for window in self.windows() if window.kind == TOOL_TIP]
+        return any(left <= x < left + width and top <= y < top + height for left, top, width, height in tips)
 
     # Controls
 
