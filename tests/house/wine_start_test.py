@@ -28,13 +28,18 @@ class WineStart(unittest.TestCase):
         self.assertEqual(self.run_program('echo "passed $1"'), (0, "passed argument\n", 1))
 
     def test_a_program_that_fails_runs_once(self):
-        self.assertEqual(self.run_program("echo failed >&2; exit 3"), (3, "", 1))
-        self.assertEqual(self.errors, "failed\n")
+        self.assertEqual(self.run_program("echo failed; echo why >&2; exit 3"), (3, "failed\n", 1))
+        self.assertEqual(self.errors, "why\n")
 
     def test_what_ends_without_a_word_is_started_once_more(self):
         result, said, runs = self.run_program("[ $runs -eq 2 ] || exit 1; echo passed")
         self.assertEqual((result, said, runs), (0, "passed\n", 2))
         self.assertIn("ended with 1", self.errors)
+
+    def test_what_wine_said_of_it_is_shown(self):
+        result, said, runs = self.run_program("[ $runs -eq 2 ] || { echo err:virtual >&2; exit 1; }; echo passed")
+        self.assertEqual((result, said, runs), (0, "passed\n", 2))
+        self.assertIn("err:virtual", self.errors)
 
     def test_what_ends_without_a_word_twice_has_failed(self):
         result, _, runs = self.run_program("exit 1")
