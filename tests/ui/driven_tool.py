@@ -108,7 +108,8 @@ class DrivenTool:
         wait_for(lambda: self.text(number) == shown, f"field {number} to show {shown!r}")
 
     def choose(self, number, item, before):
-        """Chooses an item of a drop-down list by keyboard, coming from the control that precedes it."""
+        """Chooses an item of a drop-down list by keyboard, coming from the control that precedes it. A field that got text
+        before has to show all of it: being given the focus selects what is there, and the next key replaces it."""
         self.focus(before)
         xdotool("key", "Tab")
         wait_for(lambda: not self.focused(before), f"the focus to leave {before}")

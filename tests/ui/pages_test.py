@@ -54,8 +54,8 @@ class LoggingPage(WindowCase, TabOrder):
     def test_apply_saves_what_is_shown_and_says_so(self):
         tool = self.open(complete_file())
         tool.tab("Logging")
-        tool.enter(1025, "/tmp/a <b> & c.log")
-        tool.enter(1022, "4711")
+        tool.fill(1025, "/tmp/a <b> & c.log")
+        tool.fill(1022, "4711")
         tool.choose(1019, "Warning", before=1022)
         tool.check(1037, False)
         tool.click(1026)
