@@ -1,5 +1,6 @@
 """tour.py PROGRAM PICTURES: what a technician does on a first visit, by mouse and keyboard, with a picture of each
-step, NUMBER-NAME.png; those of the guide and of the README are among them (scripts/pictures). Runs on a screen of its own (scripts/private-display) against a suite (scripts/with-simulator)."""
+step, NUMBER-NAME.png; those of the guide and of the README are among them (scripts/pictures). Runs on a screen of its own
+(scripts/private-display) against a suite (scripts/with-simulator)."""
 
 import os
 import subprocess
@@ -9,7 +10,8 @@ from types import SimpleNamespace
 TREE = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 sys.path[:0] = [os.path.join(TREE, "tests", "ui", "linux"), os.path.join(TREE, "tests", "ui")]
 
-from tool import Tool, screenshot  # noqa: E402  the path is set above
+from driven_tool import screenshot  # noqa: E402  the path is set above
+from tool import Tool  # noqa: E402
 from waiting import wait_for  # noqa: E402
 
 

@@ -1,8 +1,10 @@
 """What a test does with the running program by mouse and keyboard, whatever the platform tells about its windows."""
 
+import os
 import re
 import shutil
 import subprocess
+import sys
 import time
 
 from waiting import wait_for
@@ -26,6 +28,25 @@ def mouse_place():
     """Where the mouse is, and in which window: x, y, the number of the window."""
     told = dict(line.split("=") for line in answer_of("xdotool", "getmouselocation", "--shell").split())
     return int(told["X"]), int(told["Y"]), told["WINDOW"]
+
+
+def screenshot(path, bounds=None):
+    """The screen, or a rectangle of it, as a PNG; the empty screen around it is cut off."""
+    crop = []
+    if bounds is not None:
+        left, top, width, height = bounds
+        crop = ["-crop", f"{width}x{height}+{left}+{top}"]
+    subprocess.run(["import", "-window", "root", *crop, "-trim", "+repage", path], check=True)
+
+
+def tell_screen():
+    """What is on the screen when an expectation was not met, said on standard error; QLX_UI_PICTURE names a picture."""
+    windows = answer_of("xwininfo", "-root", "-tree").splitlines()
+    named = [line.strip() for line in windows if '"' in line]  # the others are parts of these
+    print(*named, f"mouse: {mouse_place()}", f"keys go to: {answer_of('xdotool', 'getwindowfocus')}", sep="\n", file=sys.stderr)
+    if picture := os.environ.get("QLX_UI_PICTURE"):
+        screenshot(picture)
+        print(f"picture: {picture}", file=sys.stderr)
 
 
 class DrivenTool:

@@ -6,6 +6,9 @@ import time
 LIMIT = int(os.environ.get("QLX_UI_LIMIT", "30"))  # seconds that any single expectation may take
 
 
+witnesses = []  # called when an expectation is not met, while all is still as it was; what they print is the evidence
+
+
 class Timeout(AssertionError):
     """An expectation was not met within LIMIT."""
 
@@ -23,6 +26,8 @@ def wait_for(condition, what):
         if value:
             return value
         if time.monotonic() > deadline:
+            for tell in witnesses:
+                tell()
             raise Timeout(what)
         time.sleep(0.02)
 

@@ -5,10 +5,10 @@ import socket
 import subprocess
 import unittest
 
-from driven_tool import MAIN_WINDOW
+from driven_tool import MAIN_WINDOW, tell_screen
 from installation import Installation
 from tool import Tool
-from waiting import wait_for
+from waiting import wait_for, witnesses
 
 RESTART_QUESTION = (
     "Configuration file changed. You must restart the services for the configuration to take effect.\n\n"
@@ -46,6 +46,8 @@ class WindowCase(unittest.TestCase):
     def setUp(self):
         self.installation = Installation(os.environ["QLX_PROGRAM"])
         self.addCleanup(self.installation.close)
+        witnesses.append(tell_screen)
+        self.addCleanup(witnesses.remove, tell_screen)
 
     def start_window_manager(self):
         """Until the test is over, windows have frames and get the focus as on a user's screen."""

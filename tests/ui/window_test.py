@@ -1,13 +1,31 @@
 """The main window: start, tabs, Apply All, keys, closing."""
 
+import contextlib
+import io
 import os
 import unittest
+from unittest import mock
 
+from driven_tool import MAIN_WINDOW
 from tool import Tool
-from waiting import wait_for
+from waiting import Timeout, wait_for
 from window_case import RESTART_QUESTION, SAVE_FAILED, WindowCase, complete_file
 
 LOAD_ERROR = "Error loading QLXConfig.xml!\nExiting program."
+
+
+class Evidence(WindowCase):
+    def test_an_expectation_that_is_not_met_is_told_with_what_is_on_the_screen(self):
+        self.open(complete_file())
+        picture = os.path.join(self.installation.directory, "screen.png")
+        said = io.StringIO()
+        with mock.patch.dict(os.environ, QLX_UI_PICTURE=picture), mock.patch("waiting.LIMIT", 0):
+            with contextlib.redirect_stderr(said), self.assertRaisesRegex(Timeout, "^snow in August$"):
+                wait_for(lambda: False, "snow in August")
+        self.assertIn(f'"{MAIN_WINDOW}"', said.getvalue())
+        self.assertIn("mouse: ", said.getvalue())
+        with open(picture, "rb") as file:
+            self.assertTrue(file.read().startswith(b"\x89PNG"))
 
 
 class Start(WindowCase):

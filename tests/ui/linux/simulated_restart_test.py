@@ -3,8 +3,8 @@
 import os
 import unittest
 
+from driven_tool import screenshot
 from simulator import Simulator
-from tool import screenshot
 from waiting import wait_for
 from window_case import RESTART_QUESTION, WindowCase, complete_file, free_port
 

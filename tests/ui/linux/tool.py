@@ -326,12 +326,3 @@ class Tool(DrivenTool):
         if self.process.poll() is None:
             self.process.send_signal(signal.SIGKILL)
         self.process.wait()
-
-
-def screenshot(path, bounds=None):
-    """The screen, or a rectangle of it, as a PNG; the empty screen around it is cut off."""
-    crop = []
-    if bounds is not None:
-        left, top, width, height = bounds
-        crop = ["-crop", f"{width}x{height}+{left}+{top}"]
-    subprocess.run(["import", "-window", "root", *crop, "-trim", "+repage", path], check=True)
