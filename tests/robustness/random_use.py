@@ -2,8 +2,9 @@
 """random_use.py PROGRAM SIMULATOR [SECONDS [SEED]]: for SECONDS (1800) clicks and types at random in the real window while
 the simulated devices are used, unplugged and flooding and their suite is stopped and started. PROGRAM is best built with
 the address sanitizer. It must never crash or hang, no report of a sanitizer may be left, its memory may not go on growing,
-and the file must in the end be one that the program loads. To be run on a screen of its own, as root of a user namespace:
-unshare --map-root-user scripts/private-display tests/robustness/random_use.py ..."""
+and the file must in the end be one that the program loads. To be run on a screen and a network of its own, as root of a
+user namespace:
+unshare --map-root-user scripts/private-display scripts/private-network tests/robustness/random_use.py ..."""
 import glob
 import os
 import random

@@ -289,7 +289,6 @@ class AfterAChange(DemoCase):
 
     def open_changed(self, **behaviour):
         """The program with a saved change, asked for the demo of the card reader."""
-        self.installation.write(ports_file(ELEMENTS))  # without a file the suite would take the default log port
         self.services = Services(self.installation, **behaviour)
         self.addCleanup(self.services.close)
         tool = self.open_tool(self.services.environment)

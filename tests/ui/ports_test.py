@@ -7,7 +7,7 @@ import xml.etree.ElementTree as ElementTree
 from devices import Ports
 from tool import Tool
 from waiting import wait_for
-from window_case import WindowCase, complete_file, free_port
+from window_case import WindowCase, complete_file
 
 LIST, CONFIGURE, DEMO, CLEAR_ALL, APPLY = 1056, 1058, 1060, 1030, 1027
 PORT, DEVICE_1, DEVICE_2, OK, CANCEL = 1051, 1061, 1062, 1, 2
@@ -18,7 +18,7 @@ DRAWER_WINDOW = "Cash Drawer (USB) Configuration"
 
 def ports_file(elements):
     """A complete file whose section of ports holds the given elements."""
-    return complete_file(Logging_Configuration={"TCP_Port": free_port()}).replace(
+    return complete_file().replace(
         "<Ports_Configuration></Ports_Configuration>", f"<Ports_Configuration>{elements}</Ports_Configuration>")
 
 

@@ -5,7 +5,7 @@ import unittest
 
 from services import Services
 from waiting import wait_for
-from window_case import SAVE_FAILED, WindowCase, complete_file, free_port
+from window_case import SAVE_FAILED, WindowCase, complete_file
 
 FILE, SERVICES, UNSAVED = 2001, 2002, 2003
 NOTHING_UNSAVED = "No unsaved changes"
@@ -17,10 +17,9 @@ class Status(WindowCase):
         self.assertEqual(tool.name(FILE), tool.path_shown(self.installation.file))
 
     def test_running_services_are_told(self):
-        self.installation.write(complete_file(Logging_Configuration={"TCP_Port": free_port()}))
         services = Services(self.installation)
         self.addCleanup(services.close)
-        tool = self.open(environment=services.environment)
+        tool = self.open(complete_file(), services.environment)
         wait_for(lambda: tool.name(SERVICES) == "Services: running", "the state of the services")
 
     def test_without_an_answer_the_services_are_unknown(self):

@@ -1,7 +1,6 @@
 """What the tests of the running window share."""
 
 import os
-import socket
 import subprocess
 import unittest
 
@@ -22,13 +21,6 @@ SECTIONS = [
     "IB_Configuration",
     "Printer_Configuration",
 ]
-
-
-def free_port():
-    """A TCP port on which nothing listens: suites that run side by side must not share one."""
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
 
 
 def complete_file(**sections):

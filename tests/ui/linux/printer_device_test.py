@@ -8,7 +8,7 @@ from printer_test import APPLY, APPLY_ALL, CODE_PAGE, EPSON, INTERFACE, LINK, NA
 from simulator import Simulator
 from tool import Tool
 from waiting import wait_for
-from window_case import complete_file, free_port
+from window_case import complete_file
 
 ELEMENT = "<PRINTER_USB>COM8</PRINTER_USB>"
 
@@ -175,7 +175,7 @@ class OnATty(PrinterPage):
 
 class OnTheSuite(PrinterPage):
     def open_page(self, printer, **keys):
-        logging = {"TCP_Port": str(free_port()), "Log_Level": "5", "Module_PRINTER_USB": "true"}
+        logging = {"Log_Level": "5", "Module_PRINTER_USB": "true"}
         file = complete_file(Logging_Configuration=logging, Printer_Configuration=keys)
         self.installation.write(file.replace("<Ports_Configuration>", "<Ports_Configuration>" + ELEMENT))
         self.simulator = Simulator(self.installation.file, "--printer", printer)
@@ -257,7 +257,7 @@ class OnTheSuite(PrinterPage):
             self.assertIn(line, log)
 
     def test_a_port_that_is_not_there_is_logged_at_the_start_and_at_the_tab(self):
-        logging = {"TCP_Port": str(free_port()), "Log_Level": "5", "Module_PRINTER_USB": "true"}
+        logging = {"Log_Level": "5", "Module_PRINTER_USB": "true"}
         self.installation.write(complete_file(Logging_Configuration=logging))
         self.simulator = Simulator(self.installation.file)
         self.addCleanup(self.simulator.close)

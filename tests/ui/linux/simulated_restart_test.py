@@ -6,7 +6,9 @@ import unittest
 from driven_tool import screenshot
 from simulator import Simulator
 from waiting import wait_for
-from window_case import RESTART_QUESTION, WindowCase, complete_file, free_port
+from window_case import RESTART_QUESTION, WindowCase, complete_file
+
+OTHER_PORT = 40404  # than a new file names
 
 
 class SimulatedRestart(WindowCase):
@@ -34,7 +36,7 @@ class SimulatedRestart(WindowCase):
         wait_for(moving, "four different pictures of the progress bar")
 
     def test_the_log_stream_goes_to_the_port_of_the_file(self):
-        keys = {"Log_Level": "1", "TCP_Port": free_port(), "File_Name": "C:\\LOG\\qlx.log"}
+        keys = {"Log_Level": "1", "TCP_Port": OTHER_PORT, "File_Name": "C:\\LOG\\qlx.log"}
         self.installation.write(complete_file(Logging_Configuration=keys))
         simulator = self.simulate()
         tool = self.open(environment=simulator.environment)
