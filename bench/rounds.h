@@ -75,12 +75,14 @@ class Rounds {
     return Median(Ratios(Find(name), Find(floor)));
   }
 
-  /// Prints one line "ok" or "MISSED" for the ratio and returns whether it holds.
+  /// Prints one line, "ok" or "MISSED", with the ratio and returns whether it holds.
   bool AtLeast(double bound, const std::string& name, const std::string& floor) const {
-    return Judge(Ratio(name, floor) >= bound, "at least", bound, name, floor);
+    const double ratio = Ratio(name, floor);
+    return Judge(ratio >= bound, ratio, "at least", bound, name, floor);
   }
   bool AtMost(double bound, const std::string& name, const std::string& floor) const {
-    return Judge(Ratio(name, floor) <= bound, "at most", bound, name, floor);
+    const double ratio = Ratio(name, floor);
+    return Judge(ratio <= bound, ratio, "at most", bound, name, floor);
   }
 
  private:
@@ -118,9 +120,10 @@ class Rounds {
                 Median(contender.figures), *least, *most, Median(ratios), *least_ratio, *most_ratio);
   }
 
-  static bool Judge(bool holds, const char* sense, double bound, const std::string& name,
+  static bool Judge(bool holds, double ratio, const char* sense, double bound, const std::string& name,
                     const std::string& floor) {
-    std::printf("  %s: %s %s %.2fx %s\n", holds ? "ok" : "MISSED", name.c_str(), sense, bound, floor.c_str());
+    std::printf("  %s: %s is %.3fx of %s, %s %.2fx\n", holds ? "ok" : "MISSED", name.c_str(), ratio,
+                floor.c_str(), sense, bound);
     return holds;
   }
 

@@ -31,7 +31,10 @@ void SetTip(wxWindow& control, const wxString& text, int width) {
 }
 
 void ExplainTerms(wxWindow& page, std::span<const Term> terms) {
-  for (const Term& term : terms) SetTip(*page.FindWindow(term.control), _(term.meaning), kTermTipWidth);
+  // Breaking lines takes a millisecond a page, and nobody asks for a tip before the window is there.
+  page.CallAfter([&page, terms] {
+    for (const Term& term : terms) SetTip(*page.FindWindow(term.control), _(term.meaning), kTermTipWidth);
+  });
 }
 
 }  // namespace qlx

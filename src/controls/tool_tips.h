@@ -19,7 +19,7 @@ struct Term {
   const char* meaning;
 };
 
-/// Every control of `terms` is in `page`.
+/// Once the window has nothing else to do. Every control of `terms`, which outlives `page`, is in `page`.
 void ExplainTerms(wxWindow& page, std::span<const Term> terms);
 
 }  // namespace qlx

@@ -51,9 +51,10 @@ void LoadTranslations(const std::wstring& folder) {
   auto* translations = new wxTranslations;  // the toolkit's from here on
   wxTranslations::Set(translations);
   wxFileTranslationsLoader::AddCatalogLookupPathPrefix(folder);
-  translations->SetLanguage(Language(*translations));
-  translations->AddStdCatalog();
-  translations->AddCatalog(kDomain, wxLANGUAGE_ENGLISH);  // the last one is asked first
+  const wxString language = Language(*translations);
+  translations->SetLanguage(language);
+  if (language != kEnglish) translations->AddStdCatalog();  // the toolkit's own texts are English
+  translations->AddCatalog(kDomain, wxLANGUAGE_ENGLISH);    // the last one is asked first
 }
 
 std::wstring Translated(std::wstring_view text) {

@@ -1,6 +1,7 @@
 #include "controls/tool_tips.h"
 
 #include <gtest/gtest.h>
+#include <wx/app.h>
 #include <wx/checkbox.h>
 #include <wx/frame.h>
 #include <wx/tooltip.h>
@@ -26,7 +27,10 @@ class ToolTips : public testing::Test {
 };
 
 TEST_F(ToolTips, EveryTermIsExplainedAtItsControl) {
-  ExplainTerms(*frame_, std::vector<Term>{{kHide, kShort}, {kStrip, kLong}});
+  static constexpr Term kTerms[] = {{kHide, kShort}, {kStrip, kLong}};
+  ExplainTerms(*frame_, kTerms);
+  EXPECT_EQ(hide_->GetToolTip(), nullptr) << "before the window is there";
+  wxTheApp->ProcessPendingEvents();
   EXPECT_EQ(hide_->GetToolTipText(), kShort);
   wxString one_line = strip_->GetToolTipText();
   one_line.Replace("\n", " ");
