@@ -43,9 +43,15 @@ struct ChildProcess::System {
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdOutput = write;
     PROCESS_INFORMATION started{};
-    if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
-                        &started))
-      throw std::runtime_error("cannot start " + program.string());
+    const auto create = [&] {
+      return CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+                            &started);
+    };
+    // Wine does not begin a program about once in a thousand times: see scripts/wine-start.
+    if (!create() && !create()) {
+      const DWORD error = GetLastError();
+      throw std::runtime_error("cannot start " + program.string() + ": error " + std::to_string(error));
+    }
     const Handle thread(started.hThread);
     process = Handle(started.hProcess);
     process_id = started.dwProcessId;

@@ -37,7 +37,9 @@ InstalledService::InstalledService(const std::wstring& name, const std::filesyst
       service_(Install(manager_, name,
                        Quoted(QLX_STUB_SERVICE) + L' ' + name + L' ' + Quoted(journal) + L' ' +
                            kBehaviours[static_cast<std::size_t>(behaviour)])),
-      let_go_(CreateEventW(nullptr, FALSE, FALSE, (L"Global\\QLXTestLetGo" + name).c_str())) {
+      let_go_(CreateEventW(nullptr, FALSE, FALSE, (L"Global\\QLXTestLetGo" + name).c_str())),
+      over_(CreateEventW(nullptr, TRUE, FALSE, (L"Global\\QLXTestOver" + name).c_str())) {
+  ResetEvent(over_.get());  // an earlier service of the name may have left it set
   if (service_ != nullptr) return;
   CloseServiceHandle(manager_);
   throw std::runtime_error("the service cannot be installed");
@@ -48,6 +50,7 @@ InstalledService::~InstalledService() {
     LetGo();
     Sleep(kTurnMs);
   }
+  SetEvent(over_.get());
   DeleteService(service_);
   CloseServiceHandle(service_);
   CloseServiceHandle(manager_);

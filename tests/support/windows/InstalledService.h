@@ -49,6 +49,7 @@ class InstalledService {
   SC_HANDLE manager_;
   SC_HANDLE service_;
   platform::Handle let_go_;
+  platform::Handle over_;  ///< lets the stub's processes end, also the one of a service that has stopped
 };
 
 }  // namespace qlx::test

@@ -15,6 +15,7 @@ std::string journal;
 std::string behaviour;
 HANDLE stop_requested = nullptr;
 HANDLE let_go = nullptr;
+HANDLE over = nullptr;
 SERVICE_STATUS_HANDLE status_handle = nullptr;
 
 void Note(const char* happening) {
@@ -47,8 +48,8 @@ void WINAPI Run(DWORD, wchar_t** arguments) {
   if (behaviour == "hangs-starting") WaitForSingleObject(let_go, INFINITE);
   Report(SERVICE_RUNNING);
   const HANDLE ends[] = {stop_requested, let_go};
-  WaitForMultipleObjects(2, ends, FALSE, INFINITE);
-  if (behaviour == "hangs-stopping") WaitForSingleObject(let_go, INFINITE);
+  const bool let_go_already = WaitForMultipleObjects(2, ends, FALSE, INFINITE) == WAIT_OBJECT_0 + 1;
+  if (behaviour == "hangs-stopping" && !let_go_already) WaitForSingleObject(let_go, INFINITE);
   Note("stopped");
   Report(SERVICE_STOPPED);
 }
@@ -65,6 +66,10 @@ int main(int count, char** arguments) {
   std::wstring wide = qlx::platform::FromUtf8(name);
   stop_requested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   let_go = CreateEventW(nullptr, FALSE, FALSE, (L"Global\\QLXTestLetGo" + wide).c_str());
+  over = CreateEventW(nullptr, TRUE, FALSE, (L"Global\\QLXTestOver" + wide).c_str());
   const SERVICE_TABLE_ENTRYW services[] = {{wide.data(), &Run}, {nullptr, nullptr}};
-  return StartServiceCtrlDispatcherW(services) ? 0 : 1;
+  if (!StartServiceCtrlDispatcherW(services)) return 1;
+  // The system may still be answering whoever asked for the stop, from a thread that would end with this
+  // process.
+  WaitForSingleObject(over, INFINITE);
 }
