@@ -16,11 +16,14 @@ class WineStart(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
 
-    def run_program(self, body):
+    def program(self, body):
         program = self.folder / "program"
         program.write_text(f'#!/bin/bash\necho run >>"{self.folder}/runs"\nruns=$(wc -l <"{self.folder}/runs")\n{body}\n')
         program.chmod(0o755)
-        done = subprocess.run([START, program, "argument"], capture_output=True, text=True, check=False)
+        return program
+
+    def run_program(self, body):
+        done = subprocess.run([START, self.program(body), "argument"], capture_output=True, text=True, check=False, timeout=30)
         self.errors = done.stderr
         return done.returncode, done.stdout, len((self.folder / "runs").read_text().splitlines())
 
@@ -40,6 +43,18 @@ class WineStart(unittest.TestCase):
         result, said, runs = self.run_program("[ $runs -eq 2 ] || { echo err:virtual >&2; exit 1; }; echo passed")
         self.assertEqual((result, said, runs), (0, "passed\n", 2))
         self.assertIn("err:virtual", self.errors)
+
+    def test_what_a_program_says_is_passed_on_while_it_runs(self):
+        program = self.program(f'echo begun; until [ -e "{self.folder}/over" ]; do sleep 0.02; done; echo ended')
+        with subprocess.Popen([START, program], stdout=subprocess.PIPE, text=True) as process:
+            self.assertEqual(process.stdout.readline(), "begun\n")
+            (self.folder / "over").touch()
+            self.assertEqual(process.stdout.read(), "ended\n")
+
+    def test_a_program_left_behind_holds_up_nobody(self):
+        self.addCleanup((self.folder / "over").touch)
+        left_behind = f'(until [ ! -d "{self.folder}" ] || [ -e "{self.folder}/over" ]; do sleep 0.02; done) &'
+        self.assertEqual(self.run_program(f"echo passed; {left_behind}"), (0, "passed\n", 1))
 
     def test_what_ends_without_a_word_twice_has_failed(self):
         result, _, runs = self.run_program("exit 1")
