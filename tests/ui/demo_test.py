@@ -336,6 +336,7 @@ class AfterAChange(DemoCase):
         tool = self.open_changed(slow_to_stop="QLXSVC")
         tool.answer("Yes", DEMO_QUESTION)
         tool.window("Restarting services...")
+        self.assert_own_icon(tool, "Restarting services...")
         self.assertFalse(tool.enabled(1000) or tool.enabled(DEMO) or tool.enabled(CLEAR_ALL))
         before = self.installation.bytes()
         xdotool("key", "Escape")

@@ -7,7 +7,7 @@ import subprocess
 import sys
 import time
 
-from waiting import wait_for
+from waiting import Timeout, wait_for
 
 MAIN_WINDOW = "Quillon Configuration Tool"
 TABS = 1000
@@ -79,19 +79,21 @@ class DrivenTool:
         if text is not None and self.box_text() != text:
             raise AssertionError(f"the box says {self.box_text()!r}, not {text!r}")
         bounds = wait_for(lambda: self.box_buttons().get(button), f"button {button!r}")
-        clicked = 0
+        clicks = []  # when and where
 
         def closed():
-            nonlocal bounds, clicked
             if not self.is_open(box):
                 return True
-            if time.monotonic() > clicked + 1:  # a window manager may have moved the box under the mouse
-                bounds = self.box_buttons().get(button, bounds)
-                self.click_at(bounds)
-                clicked = time.monotonic()
+            if not clicks or time.monotonic() > clicks[-1][0] + 1:  # a window manager may have moved it under the mouse
+                place = self.box_buttons().get(button, bounds)
+                self.click_at(place)
+                clicks.append((time.monotonic(), *place))
             return False
 
-        wait_for(closed, "the box to close")
+        try:
+            wait_for(closed, "the box to close")
+        except Timeout as timeout:
+            raise Timeout(f"{timeout} after clicks at {clicks}") from timeout
 
     # Controls
 
