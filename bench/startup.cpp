@@ -1,6 +1,7 @@
 // From exec to the first drawn window, and the memory it took: the tool against a minimal dialog and against
-// one with as many controls as the tool. usage: startup (on a screen of its own: scripts/private-display
-// build/linux-release/bin/startup)
+// one with as many controls as the tool.
+//
+// usage: startup (on a screen of its own: scripts/private-display build/linux-release/bin/startup)
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>

@@ -26,9 +26,11 @@ def wait_for(condition, what):
         if value:
             return value
         if time.monotonic() > deadline:
-            for tell in witnesses:
-                tell()
-            raise Timeout(what)
+            try:
+                for tell in witnesses:
+                    tell()
+            finally:  # also when a witness fails
+                raise Timeout(what)
         time.sleep(0.02)
 
 

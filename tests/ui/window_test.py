@@ -27,6 +27,15 @@ class Evidence(WindowCase):
         with open(picture, "rb") as file:
             self.assertTrue(file.read().startswith(b"\x89PNG"))
 
+    def test_a_witness_that_fails_does_not_hide_which_expectation_was_not_met(self):
+        def fail():
+            raise OSError("no screen")
+
+        with mock.patch("waiting.LIMIT", 0), mock.patch("waiting.witnesses", [fail]):
+            with self.assertRaisesRegex(Timeout, "^snow in August$") as caught:
+                wait_for(lambda: False, "snow in August")
+        self.assertEqual(str(caught.exception.__context__), "no screen")
+
 
 class Start(WindowCase):
     def test_a_new_file_is_written_and_closing_asks_for_the_restart(self):
