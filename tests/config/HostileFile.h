@@ -40,7 +40,7 @@ class HostileFile : public Installation {
     Write(bytes);
     const auto growth = test::MemoryGrowth([&] { return Started() != nullptr; });
     ASSERT_TRUE(growth);
-#ifndef __SANITIZE_ADDRESS__  // the sanitizer's own memory says nothing
+#ifndef QLX_ADDRESS_SANITIZER  // the sanitizer's own memory says nothing
     constexpr std::size_t kConstant = std::size_t{128} << 20;
     EXPECT_LE(static_cast<std::size_t>(*growth) * 1024, 12 * bytes.size() + kConstant)
         << bytes.substr(0, 100);

@@ -47,6 +47,13 @@ class ProcessLogTest : public testing::Test {
     va_end(arguments);
   }
 
+  static void PrinterError(ProcessLog& log, const char* format, ...) QLX_PRINTF(2, 3) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    log.Message(MZP_PRINTER, LEVEL_ERROR, format, arguments);
+    va_end(arguments);
+  }
+
   static std::vector<unsigned char> Counting(std::size_t length) {
     std::vector<unsigned char> bytes(length);
     std::iota(bytes.begin(), bytes.end(), static_cast<unsigned char>(0));
@@ -188,14 +195,8 @@ TEST_F(ProcessLogTest, ACreationThatFailsIsToldToTheCallerAndTriedAgain) {
     if (std::exchange(fails, false)) throw std::bad_alloc();
     return Create();
   });
-  const auto say = [&](const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    log.Message(MZP_PRINTER, LEVEL_ERROR, format, arguments);
-    va_end(arguments);
-  };
-  EXPECT_THROW(say("one"), std::bad_alloc);
-  say("two");
+  EXPECT_THROW(PrinterError(log, "one"), std::bad_alloc);
+  PrinterError(log, "two");
   EXPECT_EQ(story_.sent.size(), 1U);
   log.End();
 }

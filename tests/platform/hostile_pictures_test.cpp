@@ -29,7 +29,7 @@ class HostilePicture : public PictureTest {
     Write(bytes);
     const auto growth = test::MemoryGrowth([&] { return !DecodeImageFile(Path().wstring()); });
     ASSERT_TRUE(growth) << ::testing::PrintToString(bytes.substr(0, 100));
-#ifndef __SANITIZE_ADDRESS__  // the sanitizer's own memory says nothing
+#ifndef QLX_ADDRESS_SANITIZER  // the sanitizer's own memory says nothing
     EXPECT_LT(*growth, 4 << 10);
 #endif
     RecordProperty("growth", std::to_string(*growth));
