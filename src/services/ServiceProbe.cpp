@@ -2,6 +2,7 @@
 
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -54,7 +55,11 @@ ServiceProbe::~ServiceProbe() {
 bool ServiceProbe::Ask() {
   const std::lock_guard guard(shared_->lock);
   if (shared_->asker.joinable()) return false;
-  shared_->asker = std::thread([shared = shared_] { Answer(*shared); });
+  try {
+    shared_->asker = std::thread([shared = shared_] { Answer(*shared); });
+  } catch (const std::system_error&) {
+    return false;
+  }
   return true;
 }
 

@@ -34,7 +34,7 @@ class ServiceProbe {
   ~ServiceProbe();
 
   /// Returns at once; the answer goes to the report. False, and nothing asked, while the last question has no
-  /// answer yet.
+  /// answer yet, or when the system has no thread to give.
   bool Ask();
 
  private:
