@@ -10,7 +10,7 @@ from types import SimpleNamespace
 TREE = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 sys.path[:0] = [os.path.join(TREE, "tests", "ui", "linux"), os.path.join(TREE, "tests", "ui")]
 
-from driven_tool import screenshot  # noqa: E402  the path is set above
+from driven_tool import still_screenshot  # noqa: E402  the path is set above
 from tool import Tool  # noqa: E402
 from waiting import wait_for  # noqa: E402
 
@@ -45,19 +45,10 @@ class Tour:
         self.tool = Tool(self.installation)
 
     def picture(self, name):
-        """The screen as it is once the program has nothing more to draw."""
+        """The screen, numbered and named."""
         self.count += 1
         path = os.path.join(self.pictures, f"{self.count:02d}-{name}.png")
-        previous = None
-
-        def settled():
-            nonlocal previous
-            screenshot(path)
-            with open(path, "rb") as file:
-                last, previous = previous, file.read()
-            return last == previous
-
-        wait_for(settled, "a screen that stands still")
+        still_screenshot(path)
         print(f"picture {path}", flush=True)
 
     def change_logging(self):

@@ -39,6 +39,20 @@ def screenshot(path, bounds=None):
     subprocess.run(["import", "-window", "root", *crop, "-trim", "+repage", path], check=True)
 
 
+def still_screenshot(path):
+    """The screen once the program has nothing more to draw."""
+    previous = None
+
+    def still():
+        nonlocal previous
+        screenshot(path)
+        with open(path, "rb") as file:
+            last, previous = previous, file.read()
+        return last == previous
+
+    wait_for(still, "a screen that stands still")
+
+
 def tell_screen():
     """What is on the screen when an expectation was not met, said on standard error; QLX_UI_PICTURE names a picture."""
     windows = answer_of("xwininfo", "-root", "-tree").splitlines()

@@ -94,7 +94,7 @@ class Tool(DrivenTool):
     def __init__(self, installation, environment=None, rights="elevated"):
         self.driver = Driver({**os.environ, **(environment or {})})
         self.ask = self.driver.ask
-        self.ask("start", windows_path(installation.program), windows_path(installation.directory), rights)
+        self.ask("start", self.path_shown(installation.program), self.path_shown(installation.directory), rights)
 
     @staticmethod
     def path_shown(path):
