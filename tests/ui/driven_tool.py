@@ -93,21 +93,7 @@ class DrivenTool:
         if text is not None and self.box_text() != text:
             raise AssertionError(f"the box says {self.box_text()!r}, not {text!r}")
         bounds = wait_for(lambda: self.box_buttons().get(button), f"button {button!r}")
-        clicks = []  # when and where
-
-        def closed():
-            if not self.is_open(box):
-                return True
-            if not clicks or time.monotonic() > clicks[-1][0] + 1:  # a window manager may have moved it under the mouse
-                place = self.box_buttons().get(button, bounds)
-                self.click_at(place)
-                clicks.append((time.monotonic(), *place))
-            return False
-
-        try:
-            wait_for(closed, "the box to close")
-        except Timeout as timeout:
-            raise Timeout(f"{timeout} after clicks at {clicks}") from timeout
+        self.click_until(lambda: not self.is_open(box), lambda: self.box_buttons().get(button, bounds), "the box to close")
 
     # Controls
 
@@ -117,6 +103,25 @@ class DrivenTool:
         xdotool("mousemove", left + width // 2, top + height // 2)
         wait_for(lambda: not self.under_a_tool_tip(), "the tool tip of another control to make way")
         xdotool("click", button)
+
+    def click_until(self, done, place, what):
+        """Clicks where `place` says, once more each second until it is done: what is clicked on may have been moved by a
+        window manager, or hidden by a tool tip, just when the click came."""
+        clicks = []  # when and where
+
+        def clicked():
+            if done():
+                return True
+            if not clicks or time.monotonic() > clicks[-1][0] + 1:
+                bounds = place()
+                self.click_at(bounds)
+                clicks.append((time.monotonic(), *bounds))
+            return False
+
+        try:
+            wait_for(clicked, what)
+        except Timeout as timeout:
+            raise Timeout(f"{timeout} after clicks at {clicks}") from timeout
 
     def control(self, number):
         return wait_for(lambda: self.find(number), f"control {number}")

@@ -201,8 +201,7 @@ class Tool(DrivenTool):
 
     def enter(self, number, text):
         """By mouse, which waits its turn behind the keys that another field still gets."""
-        self.click(number)
-        wait_for(lambda: self.focused(number), f"focus on {number}")
+        self.click_until(lambda: self.focused(number), lambda: self.bounds(number), f"focus on {number}")
         super().enter(number, text)
 
     def text(self, number):
