@@ -57,7 +57,9 @@ def tell_screen():
     """What is on the screen when an expectation was not met, said on standard error; QLX_UI_PICTURE names a picture."""
     windows = answer_of("xwininfo", "-root", "-tree").splitlines()
     named = [line.strip() for line in windows if '"' in line]  # the others are parts of these
-    print(*named, f"mouse: {mouse_place()}", f"keys go to: {answer_of('xdotool', 'getwindowfocus')}", sep="\n", file=sys.stderr)
+    # xdotool fails where no window gets the keys; that is evidence too.
+    focus = subprocess.run(["xdotool", "getwindowfocus"], capture_output=True, text=True, check=False).stdout.strip()
+    print(*named, f"mouse: {mouse_place()}", f"keys go to: {focus or 'no window'}", sep="\n", file=sys.stderr)
     if picture := os.environ.get("QLX_UI_PICTURE"):
         screenshot(picture)
         print(f"picture: {picture}", file=sys.stderr)

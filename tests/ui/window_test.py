@@ -11,6 +11,7 @@ from tool import Tool
 from waiting import Timeout, wait_for
 from window_case import RESTART_QUESTION, SAVE_FAILED, WindowCase, complete_file
 
+PORT = 1022  # the field of the Logging page
 LOAD_ERROR = "Error loading QLXConfig.xml!\nExiting program."
 
 
@@ -35,6 +36,20 @@ class Evidence(WindowCase):
             with self.assertRaisesRegex(Timeout, "^snow in August$") as caught:
                 wait_for(lambda: False, "snow in August")
         self.assertEqual(str(caught.exception.__context__), "no screen")
+
+    def test_a_click_that_went_elsewhere_is_made_again_where_the_control_is_then(self):
+        tool = self.open(complete_file())
+        tool.tab("Logging")
+        places = [(0, 0, 2, 2)]
+        tool.click_until(lambda: tool.focused(PORT), lambda: places.pop() if places else tool.bounds(PORT), "the focus")
+        self.assertTrue(tool.focused(PORT))
+        self.assertEqual(places, [])
+
+    def test_clicks_that_never_help_are_told(self):
+        tool = self.open(complete_file())
+        with mock.patch("waiting.LIMIT", 0), mock.patch("waiting.witnesses", []):
+            with self.assertRaisesRegex(Timeout, r"^snow in August after clicks at \[\(.*, 0, 0, 2, 2\)\]$"):
+                tool.click_until(lambda: False, lambda: (0, 0, 2, 2), "snow in August")
 
 
 class Start(WindowCase):
