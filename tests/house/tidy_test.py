@@ -63,6 +63,17 @@ class Tidy(PlantedTree):
                 self.assert_known(0)
                 self.assert_known(1)
 
+    def test_a_header_that_another_compiler_has_precompiled_is_left_out(self):
+        self.plant("build/cmake_pch.hxx", "#include <vector>\n")
+        self.plant("build/cmake_pch.hxx.gch", "not clang's")
+        self.compile_with(f"-Winvalid-pch -include {self.root}/build/cmake_pch.hxx")
+        self.assert_clean()
+
+    def test_another_header_that_is_included_from_outside_stays(self):
+        self.plant("src/config/outside.h", "class bad_name {};\n")
+        self.compile_with(f"-include {self.root}/src/config/outside.h")
+        self.assert_complaint("bad_name")
+
     def test_nothing_to_check_is_no_success(self):
         self.plant("build/compile_commands.json", "[]")
         self.assertEqual(self.run_check().returncode, 1)

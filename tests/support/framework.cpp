@@ -1,0 +1,1 @@
+// A library takes a source; this one is there for its precompiled header.
