@@ -14,14 +14,17 @@ LONGEST_LIFE = 0.03  # seconds: a few saves
 
 
 def kill_one(saver, path, moment):
-    """Kills the saver `moment` seconds after its first save began; false when it ended by itself."""
-    with subprocess.Popen(command(saver, path), stdout=subprocess.PIPE) as process:
-        process.stdout.readline()
+    """Kills the saver `moment` seconds after its first save began."""
+    with subprocess.Popen(command(saver, path), stdout=subprocess.PIPE, text=True) as process:
+        said = process.stdout.readline()
         try:
             process.wait(moment)
         except subprocess.TimeoutExpired:
             process.send_signal(signal.SIGKILL)
-        return process.wait() == -signal.SIGKILL
+        result = process.wait()
+        said += process.stdout.read()
+    if result != -signal.SIGKILL:
+        sys.exit(f"the saver ended by itself with {result}, having said: {said}")
 
 
 def run(saver, count, moments, directory):
@@ -30,8 +33,7 @@ def run(saver, count, moments, directory):
     save(saver, path, 2)  # the first found no file to keep a copy of
     save(saver, path, 2)
     for _ in range(count):
-        if not kill_one(saver, path, moments.uniform(0, LONGEST_LIFE)):
-            sys.exit("the saver ended by itself")
+        kill_one(saver, path, moments.uniform(0, LONGEST_LIFE))
         seen["during"] += bool(beside(directory))
         stands = number(path)
         seen["broken"] += stands is None
