@@ -25,3 +25,11 @@ class Documents(PlantedTree):
     def test_a_path_in_backticks_that_is_gone_is_found(self):
         self.plant("README.md", "run `scripts/walk --fast`\n")
         self.assert_complaint("README.md:1: there is no scripts/walk")
+
+    def test_a_row_of_a_table_with_a_cell_too_many_is_found(self):
+        self.plant("README.md", "| a | b |\n|---|---|\n| one | `-R 'x|y'` |\n")
+        self.assert_complaint("README.md:3: 3 cells under 2")
+
+    def test_a_stroke_that_is_told_from_a_divider_passes(self):
+        self.plant("README.md", "| a | b |\n|---|---|\n| one | `-R 'x\\|y'` |\n\n| c |\n|---|\n")
+        self.assert_clean()
