@@ -1,5 +1,9 @@
 #include "controls/UiThreadCalls.h"
 
+#include <system_error>
+
+#include <wx/thread.h>
+
 namespace qlx {
 
 UiThreadCalls::UiThreadCalls() {
@@ -14,6 +18,14 @@ void UiThreadCalls::Close() {
 }
 
 bool UiThreadCalls::Run(std::function<void()> call) {
+  if (wxIsMainThread()) {
+    {
+      const std::lock_guard guard(lock_);
+      if (closed_) return false;
+    }
+    call();
+    return true;
+  }
   return Enqueue(std::move(call)).get();
 }
 
@@ -41,6 +53,15 @@ void UiThreadCalls::ServeOne() {
   }
   request.call();
   request.done.set_value(true);
+}
+
+std::thread StartWorker(std::function<void()> work) {
+  try {
+    return std::thread(work);
+  } catch (const std::system_error&) {
+    work();
+    return {};
+  }
 }
 
 }  // namespace qlx

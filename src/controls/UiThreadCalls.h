@@ -5,6 +5,7 @@
 #include <functional>
 #include <future>
 #include <mutex>
+#include <thread>
 #include <utility>
 
 #include <wx/event.h>
@@ -23,8 +24,9 @@ class UiThreadCalls {
   /// Lets every waiting worker go without its call having run, and every later one at once.
   void Close();
 
-  /// For worker threads: runs `call` on the user-interface thread, in the order of the requests, and returns
-  /// when it is over. False when Close came first. Must not be called on the user-interface thread.
+  /// For a worker: runs `call` on the user-interface thread, in the order of the requests, and returns when
+  /// it is over. False when Close came first. Work that has to be done on the user-interface thread itself
+  /// has it run at once.
   bool Run(std::function<void()> call);
 
   /// From any thread: has `call` run on the user-interface thread, in the order of the requests, and does not
@@ -46,5 +48,10 @@ class UiThreadCalls {
   bool closed_ = false;
   std::deque<Request> requests_;
 };
+
+/// Does `work` on a thread of its own, which the caller joins. When the system has no thread to give it is
+/// done here, before the return of a thread that is not joinable: better a window that stands still than
+/// nothing done.
+std::thread StartWorker(std::function<void()> work);
 
 }  // namespace qlx

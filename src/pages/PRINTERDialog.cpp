@@ -227,10 +227,10 @@ void PRINTERDialog::Apply() {
   ReadBack();
   saving_ = true;
   if (saver_.joinable()) saver_.join();
-  saver_ = std::thread([this, values = settings_.Values(end_program_)] { Save(values); });
+  saver_ = StartWorker([this, values = settings_.Values(end_program_)] { Save(values); });
 }
 
-/// On the worker thread; this one waits for each step, so that the document is used by one at a time.
+/// On the worker's thread; this one waits for each step, so that the document is used by one at a time.
 void PRINTERDialog::Save(const PrinterValues& values) {
   calls_.Run([this] { OnSaving(); });
   const bool written = PRINTERSettings::Save(values, *document_);

@@ -1,20 +1,19 @@
 #include "ports/DeviceWatch.h"
 
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace qlx {
 
 DeviceWatch::DeviceWatch(Look look, Report report, std::chrono::milliseconds pause)
-    : thread_([this, look = std::move(look), report = std::move(report), pause] {
-        std::optional<PresentDevices> last;
-        do {
-          PresentDevices seen = look();
-          if (seen == last || Ending()) continue;
-          report(seen);
-          last = std::move(seen);
-        } while (Pause(pause));
-      }) {}
+    : look_(std::move(look)), report_(std::move(report)), pause_(pause) {
+  try {
+    thread_ = std::thread([this] { Watch(); });
+  } catch (const std::system_error&) {
+    report_(look_());
+  }
+}
 
 DeviceWatch::~DeviceWatch() {
   {
@@ -22,7 +21,17 @@ DeviceWatch::~DeviceWatch() {
     ending_ = true;
   }
   end_.notify_one();
-  thread_.join();
+  if (thread_.joinable()) thread_.join();
+}
+
+void DeviceWatch::Watch() {
+  std::optional<PresentDevices> last;
+  do {
+    PresentDevices seen = look_();
+    if (seen == last || Ending()) continue;
+    report_(seen);
+    last = std::move(seen);
+  } while (Pause());
 }
 
 bool DeviceWatch::Ending() {
@@ -30,9 +39,9 @@ bool DeviceWatch::Ending() {
   return ending_;
 }
 
-bool DeviceWatch::Pause(std::chrono::milliseconds length) {
+bool DeviceWatch::Pause() {
   std::unique_lock guard(lock_);
-  return !end_.wait_for(guard, length, [this] { return ending_; });
+  return !end_.wait_for(guard, pause_, [this] { return ending_; });
 }
 
 }  // namespace qlx

@@ -30,7 +30,7 @@ class DeviceWatch {
   static constexpr std::chrono::milliseconds kPause{1000};
 
   /// Looks at once and after every `pause`. `report` gets what the first look saw and every other view after
-  /// it. Both are called on the watch's thread.
+  /// it. Both are called on the watch's thread, or just once, here, when the system has none to give.
   DeviceWatch(Look look, Report report, std::chrono::milliseconds pause = kPause);
   DeviceWatch(const DeviceWatch&) = delete;
   DeviceWatch& operator=(const DeviceWatch&) = delete;
@@ -38,14 +38,18 @@ class DeviceWatch {
   ~DeviceWatch();
 
  private:
+  void Watch();
   bool Ending();
   /// False when it was cut short because the watch is to end.
-  bool Pause(std::chrono::milliseconds length);
+  bool Pause();
 
+  const Look look_;
+  const Report report_;
+  const std::chrono::milliseconds pause_;
   std::mutex lock_;
   std::condition_variable end_;
   bool ending_ = false;
-  std::thread thread_;  ///< last: it uses the others from its start
+  std::thread thread_;
 };
 
 }  // namespace qlx

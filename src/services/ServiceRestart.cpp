@@ -1,6 +1,7 @@
 #include "services/ServiceRestart.h"
 
 #include <array>
+#include <system_error>
 #include <utility>
 
 namespace qlx {
@@ -80,13 +81,20 @@ bool ServiceRestart::Start() {
   if (running_) return false;
   if (worker_.joinable()) worker_.join();
   running_ = true;
-  worker_ = std::thread([this] { Work(); });
+  try {
+    worker_ = std::thread([this] { Work([this] { return Restart(); }); });
+  } catch (const std::system_error& none) {
+    Work([&] {
+      TellFailure(kSteps.front().error, none.code().value(), kSteps.front().failure);
+      return false;
+    });
+  }
   return true;
 }
 
-void ServiceRestart::Work() {
+void ServiceRestart::Work(const std::function<bool()>& steps) {
   target_.OnRestartProgress(0);
-  const bool restarted = Restart();
+  const bool restarted = steps();
   if (restarted || end_ == RestartEnd::kAlways) target_.OnRestartProgress(2);
   running_ = false;
 }
@@ -96,14 +104,18 @@ bool ServiceRestart::Restart() {
   for (const Step& step : kSteps) {
     const auto error = step.action(*(handles.*step.service));
     if (!error) continue;
-    target_.OnRestartProgress(1);
-    target_.ShowRestartMessage({step.error, std::to_wstring(*error)}, RestartIcon::kNone);
-    target_.ShowRestartMessage({step.failure}, RestartIcon::kNone);
+    TellFailure(step.error, *error, step.failure);
     return false;
   }
   target_.OnRestartProgress(1);
   target_.ShowRestartMessage({kRestarted}, RestartIcon::kInformation);
   return true;
+}
+
+void ServiceRestart::TellFailure(const wchar_t* what, int error, const wchar_t* outcome) {
+  target_.OnRestartProgress(1);
+  target_.ShowRestartMessage({what, std::to_wstring(error)}, RestartIcon::kNone);
+  target_.ShowRestartMessage({outcome}, RestartIcon::kNone);
 }
 
 }  // namespace qlx

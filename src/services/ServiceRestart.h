@@ -18,7 +18,8 @@ enum class RestartIcon { kNone, kInformation };
 /// only.
 enum class RestartEnd { kAlways, kOnSuccess };
 
-/// Who is told of a restart. Every call comes from the worker's thread and returns once it has been handled.
+/// Who is told of a restart. Every call comes from the worker's thread, or out of ServiceRestart::Start when
+/// the system had none for it, and returns once it has been handled.
 class RestartTarget {
  public:
   virtual ~RestartTarget() = default;
@@ -42,14 +43,18 @@ class ServiceRestart {
   /// Waits for a running worker; must therefore not happen within one of the worker's reports.
   ~ServiceRestart();
 
-  /// Starts the worker. False, and nothing done, while one still runs. Call it from one thread.
+  /// Starts the worker. False, and nothing done, while one still runs. Call it from one thread. When the
+  /// system has no thread to give, its error is told as that of the first step: this thread could not wait
+  /// for a service that hangs.
   bool Start();
   /// True until the last report has returned.
   bool running() const { return running_; }
 
  private:
-  void Work();
+  /// `steps` tells whether all of them succeeded.
+  void Work(const std::function<bool()>& steps);
   bool Restart();
+  void TellFailure(const wchar_t* what, int error, const wchar_t* outcome);
 
   OpenManager open_manager_;
   RestartTarget& target_;
