@@ -8,15 +8,15 @@ import subprocess
 import sys
 import tempfile
 
-from saved_file import FILE, beside, command, number, save
+from saved_file import FILE, begin, beside, number, save
 
 LONGEST_LIFE = 0.03  # seconds: a few saves
 
 
 def kill_one(saver, path, moment):
     """Kills the saver `moment` seconds after its first save began."""
-    with subprocess.Popen(command(saver, path), stdout=subprocess.PIPE, text=True) as process:
-        said = process.stdout.readline()
+    process, said = begin(saver, path)
+    with process:
         try:
             process.wait(moment)
         except subprocess.TimeoutExpired:

@@ -2,6 +2,7 @@
 import os
 import shlex
 import subprocess
+import sys
 import xml.etree.ElementTree as ElementTree
 
 FILE = "QLXConfig.xml"
@@ -12,9 +13,21 @@ NAMES = {FILE, FILE + ".bak"}
 EMULATOR = shlex.split(os.environ.get("QLX_EMULATOR", ""))
 
 
-def command(saver, path, *numbers):
-    """What to run: see saver.cpp for its numbers."""
-    return [*EMULATOR, saver, path, *map(str, numbers)]
+def start(saver, path, *numbers):
+    """A saver, whose standard output is read here; see saver.cpp for its numbers."""
+    return subprocess.Popen([*EMULATOR, saver, path, *map(str, numbers)], stdout=subprocess.PIPE, text=True)
+
+
+def begin(saver, path, *numbers):
+    """A saver that begins its first save, and the line by which it says so. About once in two thousand times Wine ends
+    before a program has begun: it is then started once more."""
+    for _ in range(2):
+        process = start(saver, path, *numbers)
+        line = process.stdout.readline()
+        if line:
+            return process, line
+        process.communicate()
+    raise SystemExit(f"the saver ended with {process.returncode} before it began, twice")
 
 
 def number(path):
@@ -34,4 +47,8 @@ def beside(directory):
 
 def save(saver, path, *numbers):
     """Runs the saver to its end."""
-    subprocess.run(command(saver, path, *numbers), check=True, stdout=subprocess.DEVNULL)
+    process, _ = begin(saver, path, *numbers)
+    with process:
+        process.communicate()
+    if process.returncode != 0:
+        sys.exit(f"the saver ended with {process.returncode}")

@@ -4,23 +4,18 @@ they do, every look at the file must find it whole; afterwards it must be the la
 lie beside it."""
 import os
 import random
-import subprocess
 import sys
 import tempfile
 import time
 
-from saved_file import FILE, beside, command, number, save
+from saved_file import FILE, beside, number, save, start
 
 MOST_SAVES = 6  # of one program
 LONGEST_LEAD = 0.01  # seconds that one may begin before the other
 
 
-def start(saver, path, saves, first):
-    return subprocess.Popen(command(saver, path, saves, first), stdout=subprocess.DEVNULL)
-
-
 def run_round(saver, path, moments, first, seen):
-    """Two savers, whose numbers begin at first[0] and first[1]."""
+    """Two savers, whose numbers begin at first[0] and first[1]. False when one has not begun: see saved_file.begin."""
     saves = [moments.randint(1, MOST_SAVES), moments.randint(1, MOST_SAVES)]
     one = start(saver, path, saves[0], first[0])
     time.sleep(moments.uniform(0, LONGEST_LEAD))
@@ -28,6 +23,8 @@ def run_round(saver, path, moments, first, seen):
     while one.poll() is None or other.poll() is None:
         seen["looks"] += 1
         seen["broken"] += number(path) is None
+    if "" in (one.communicate()[0], other.communicate()[0]):
+        return False
     seen["failed"] += bool(one.returncode) + bool(other.returncode)
     last = [first[0] + saves[0] - 1, first[1] + saves[1] - 1]
     stands = number(path)
@@ -35,6 +32,7 @@ def run_round(saver, path, moments, first, seen):
     seen["second_won"] += stands == last[1]
     seen["neither"] += stands is not None and stands not in last
     seen["broken_copies"] += number(path + ".bak") is None
+    return True
 
 
 def run(saver, count, moments, directory):
@@ -44,7 +42,9 @@ def run(saver, count, moments, directory):
     save(saver, path, 2)
     for index in range(count):
         first = 1000 * (2 * index + 1)
-        run_round(saver, path, moments, (first, first + 1000), seen)
+        numbers = (first, first + 1000)
+        if not (run_round(saver, path, moments, numbers, seen) or run_round(saver, path, moments, numbers, seen)):
+            sys.exit("a saver ended before it began, twice")
         seen["left_beside"] += bool(beside(directory))
     return seen
 
