@@ -36,10 +36,13 @@ DrivenProcess::DrivenProcess(const std::wstring& program, const std::wstring& di
   const platform::Handle token = PrimaryToken(rights);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
-  if (CreateProcessAsUserW(token.get(), program.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr,
-                           directory.c_str(), &startup, &information_) == 0) {
-    throw std::runtime_error("the program does not start: error " + std::to_string(GetLastError()));
-  }
+  const auto start = [&] {
+    return CreateProcessAsUserW(token.get(), program.c_str(), nullptr, nullptr, nullptr, FALSE, 0, nullptr,
+                                directory.c_str(), &startup, &information_) != 0;
+  };
+  // Wine says so of a program that it ended before it began: see scripts/wine-start.
+  if (start() || (GetLastError() == ERROR_INTERNAL_ERROR && start())) return;
+  throw std::runtime_error("the program does not start: error " + std::to_string(GetLastError()));
 }
 
 DrivenProcess::~DrivenProcess() {
